@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/Export.h"
+#include "platform/Gdiplus.h"
+#include "platform/KestoRenderLib.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+namespace KestoThumbnailer {
+
+/// Turns one source into one bitmap that fits into a box. Without state: any thread, several at a time; the
+/// process must have started GDI+.
+///
+/// `width` and `height` bound the result in pixels, which is never enlarged and keeps its shape: 0 in one of
+/// them is no bound in that direction, 0 in both or a negative one keeps the size. The caller owns a bitmap
+/// that is returned; null means no thumbnail. Nothing is thrown but what the application's libraries throw,
+/// and std::bad_alloc.
+class KESTO_EXPORT GdiplusBitmapThumbnailingHelper {
+public:
+    GdiplusBitmapThumbnailingHelper() = delete;
+
+    /// A new bitmap also when `source` fits already: in the format of `source`, or in `32bppARGB` for an
+    /// indexed one. `source` stays the caller's. Null for a null or empty source, for one in `32bppCMYK`,
+    /// which nothing can be drawn into, and without memory; a source that fails to decode leaves the new
+    /// bitmap blank.
+    static Gdiplus::Bitmap* GenerateThumbnailBitmap(Gdiplus::Bitmap* source, int width, int height);
+
+    /// The frame on opaque black. Null for an empty pointer.
+    static Gdiplus::Bitmap* ScaleToGetThumbnail(boost::shared_ptr<KestoRenderLib::MetaBitmap> bitmap,
+                                                int width, int height);
+
+    /// A picture of any kind that GDI+ reads, upright by its orientation tag and with its colour profile
+    /// honoured; or the first page of a file whose extension is "pdf", in any case. Null for a file that is
+    /// missing, no regular file, or not to be read to its end; see `DiagnoseStillImage`.
+    static Gdiplus::Bitmap* GetThumbnailForImage(const std::wstring& path, int width, int height);
+
+    /// Null, whatever the path: a broken source has no thumbnail and no picture in its place.
+    static Gdiplus::Bitmap* LoadErrorImage(const std::wstring& path);
+
+    /// Null, whatever the path: the same for a source that is not at hand.
+    static Gdiplus::Bitmap* GetThumbnailForOffline(const std::wstring& path);
+};
+
+} // namespace KestoThumbnailer

@@ -1,0 +1,44 @@
+#include "production/ImageOrientation.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+
+namespace KestoThumbnailer {
+
+namespace {
+
+constexpr UINT longestItem = 999998;
+
+constexpr std::array<Gdiplus::RotateFlipType, 9> turnByOrientation = {
+    Gdiplus::RotateNoneFlipNone, // 0 is no orientation
+    Gdiplus::RotateNoneFlipNone, Gdiplus::RotateNoneFlipX,   Gdiplus::Rotate180FlipNone,
+    Gdiplus::Rotate180FlipX,     Gdiplus::Rotate90FlipX,     Gdiplus::Rotate90FlipNone,
+    Gdiplus::Rotate270FlipX,     Gdiplus::Rotate270FlipNone,
+};
+
+} // namespace
+
+Gdiplus::RotateFlipType ReadOrientation(Gdiplus::Bitmap* bitmap) {
+    if (!bitmap)
+        return Gdiplus::RotateNoneFlipNone;
+    const UINT size = bitmap->GetPropertyItemSize(PropertyTagOrientation);
+    if (size < 1 || size > longestItem)
+        return Gdiplus::RotateNoneFlipNone;
+
+    const auto buffer =
+        std::make_unique<std::byte[]>(std::max<std::size_t>(size, sizeof(Gdiplus::PropertyItem)));
+    auto* item = reinterpret_cast<Gdiplus::PropertyItem*>(buffer.get());
+    if (bitmap->GetPropertyItem(PropertyTagOrientation, size, item) != Gdiplus::Ok)
+        return Gdiplus::RotateNoneFlipNone;
+
+    std::uint16_t orientation = 0;
+    if (item->length >= sizeof(orientation))
+        std::memcpy(&orientation, item->value, sizeof(orientation));
+    return orientation < turnByOrientation.size() ? turnByOrientation[orientation]
+                                                  : Gdiplus::RotateNoneFlipNone;
+}
+
+} // namespace KestoThumbnailer
