@@ -1,0 +1,84 @@
+#include "Arguments.h"
+
+#include "LetterCase.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+namespace KestoHost {
+
+namespace {
+
+constexpr std::array<std::string_view, 5> writtenExtensions = {"png", "jpg", "jpeg", "gif", "bmp"};
+
+template <typename Number>
+std::optional<Number> parseWhole(std::string_view text) {
+    Number value{};
+    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc{} || rest != text.data() + text.size())
+        return std::nullopt;
+    return value;
+}
+
+std::optional<int> parseBound(std::string_view text) {
+    const std::optional<int> length = parseWhole<int>(text);
+    return length && *length >= 0 && *length <= longestBound ? length : std::nullopt;
+}
+
+} // namespace
+
+std::optional<Bounds> parseBounds(const std::string& text) {
+    const std::size_t cross = text.find_first_of("xX");
+    if (cross == std::string::npos)
+        return std::nullopt;
+    const auto width = parseBound(std::string_view(text).substr(0, cross));
+    const auto height = parseBound(std::string_view(text).substr(cross + 1));
+    if (!width || !height)
+        return std::nullopt;
+    return Bounds{*width, *height};
+}
+
+std::optional<double> parseSeconds(const std::string& text) {
+    const std::optional<double> seconds = parseWhole<double>(text);
+    return seconds && std::isfinite(*seconds) && *seconds >= 0 ? seconds : std::nullopt;
+}
+
+std::optional<int> parseTrack(const std::string& text) {
+    const std::optional<int> track = parseWhole<int>(text);
+    return track && *track >= 0 ? track : std::nullopt;
+}
+
+std::string checkBounds(const std::string& text) {
+    if (parseBounds(text))
+        return {};
+    return fmt::format("expected WIDTHxHEIGHT in pixels, each 0 (no bound) to {}, found \"{}\"", longestBound,
+                       text);
+}
+
+std::string checkSeconds(const std::string& text) {
+    if (parseSeconds(text))
+        return {};
+    return fmt::format("expected seconds of at least 0, found \"{}\"", text);
+}
+
+std::string checkTrack(const std::string& text) {
+    if (parseTrack(text))
+        return {};
+    return fmt::format("expected a whole number of at least 0, found \"{}\"", text);
+}
+
+std::string checkOutputName(const std::string& path) {
+    const std::size_t dot = path.rfind('.');
+    const std::string extension = dot == std::string::npos ? "" : lowerCase(path.substr(dot + 1));
+    if (std::find(writtenExtensions.begin(), writtenExtensions.end(), extension) != writtenExtensions.end())
+        return {};
+    return fmt::format("expected a name that ends in .{}, found \"{}\"", fmt::join(writtenExtensions, ", ."),
+                       path);
+}
+
+} // namespace KestoHost

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace KestoHost {
+
+/// The box in pixels that a thumbnail must fit; 0 is no bound in that direction.
+struct Bounds {
+    int width = 0;
+    int height = 92;
+};
+
+/// The largest bound: products of two lengths must stay within 32 bits in the library.
+constexpr int longestBound = 32767;
+
+/// Reads "WIDTHxHEIGHT", for example "160x120", "0x92". Nothing for any other text.
+std::optional<Bounds> parseBounds(const std::string& text);
+
+/// Nothing unless `text` is a decimal number of seconds of at least 0.
+std::optional<double> parseSeconds(const std::string& text);
+
+/// Nothing unless `text` is a decimal whole number of at least 0.
+std::optional<int> parseTrack(const std::string& text);
+
+/// What is wrong with the value of an option, as CLI11 wants it: empty when nothing is.
+std::string checkBounds(const std::string& text);
+std::string checkSeconds(const std::string& text);
+std::string checkTrack(const std::string& text);
+/// The extension of the output picks its format.
+std::string checkOutputName(const std::string& path);
+
+} // namespace KestoHost

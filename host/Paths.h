@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace KestoHost {
+
+/// `path` as the library takes it; nothing when its bytes are not UTF-8 (RFC 3629).
+std::optional<std::wstring> wideFromUtf8(const std::string& path);
+
+/// "pdf" or "image". As in the library the extension alone decides.
+std::string sourceKindOf(const std::string& path);
+
+/// Whether writing `output` would replace what is read as `input`: links count, and so do the spellings that
+/// the library forgives, as far as they differ in slashes and the case of ASCII letters. Not without an
+/// input.
+bool isSameFile(const std::string& input, const std::string& output);
+
+/// Why no file could be made at `output`, in words that follow a colon; empty when nothing speaks against it.
+std::string whyNotWritable(const std::string& output);
+
+} // namespace KestoHost

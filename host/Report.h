@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace KestoHost {
+
+/// Why no picture was written.
+struct Failure {
+    std::string reason;  ///< a word that stays the same from version to version
+    std::string message; ///< a sentence for people, which names the file
+};
+
+/// What one thumbnail came to.
+struct ThumbReport {
+    std::string input;
+    std::string output;
+    std::string sourceKind; ///< "image" or "pdf"
+    double seconds = 0;     ///< the time that was asked for
+    int width = 0;          ///< of the written picture, in pixels
+    int height = 0;
+    double milliseconds = 0; ///< from the open of the input to the end of writing
+    std::optional<Failure> failure;
+};
+
+/// The one object of `--json`: every key is always there but "reason" and "message", which tell a failure.
+/// Bytes of names that are not UTF-8 become U+FFFD.
+std::string jsonText(const ThumbReport& report);
+
+} // namespace KestoHost
