@@ -1,0 +1,25 @@
+# kesto_public_header(<path below src>)
+# Shows a header to strangers as <KestoThumbnailer/...>: platform headers keep their folder, others lie flat.
+# The copy's includes are rewritten from the source tree's paths to those names, so that it stands alone.
+function(kesto_public_header path)
+    set(source ${PROJECT_SOURCE_DIR}/src/${path})
+    set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${source})
+    file(READ ${source} text)
+    string(REGEX REPLACE "#include \"platform/([^\"]+)\"" "#include <KestoThumbnailer/platform/\\1>" text "${text}")
+    string(REGEX REPLACE "#include \"([^\"/]+/)*([^\"/]+)\"" "#include <KestoThumbnailer/\\2>" text "${text}")
+    if(path MATCHES "^platform/")
+        set(shown ${path})
+    else()
+        get_filename_component(shown ${path} NAME)
+    endif()
+    set(copy ${PROJECT_BINARY_DIR}/include/KestoThumbnailer/${shown})
+    file(CONFIGURE OUTPUT ${copy} CONTENT "${text}" @ONLY)
+    set_property(GLOBAL APPEND PROPERTY KESTO_PUBLIC_HEADERS ${shown})
+    get_filename_component(folder ${shown} DIRECTORY)
+    install(FILES ${copy} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/KestoThumbnailer/${folder})
+endfunction()
+
+# What programs that see only the installed headers are compiled with, inside this build.
+function(kesto_use_public_headers target)
+    target_include_directories(${target} PRIVATE ${PROJECT_BINARY_DIR}/include)
+endfunction()
