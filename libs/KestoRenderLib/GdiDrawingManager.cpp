@@ -10,8 +10,9 @@ constexpr Size largeScreen{3840, 2160};
 
 } // namespace
 
-GdiDrawingManager::GdiDrawingManager(const RendererInfo&, bool, KestoRenderLib::Size size)
-    : extent(size == KestoRenderLib::Size{} ? largeScreen : size) {}
+GdiDrawingManager::GdiDrawingManager(const RendererInfo& renderer, bool, KestoRenderLib::Size size)
+    : info(renderer)
+    , extent(size == KestoRenderLib::Size{} ? largeScreen : size) {}
 
 KestoRenderLib::Size GdiDrawingManager::size() const {
     return extent;

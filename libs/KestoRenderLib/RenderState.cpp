@@ -12,8 +12,12 @@ const MediaList& RenderState::mediaToRender() const {
     return media;
 }
 
-void RenderState::setRendererInfo(const RendererInfo& info) {
-    rendererInfo = info;
+void RenderState::setRendererInfo(const RendererInfo& renderer) {
+    info = renderer;
+}
+
+const RendererInfo& RenderState::rendererInfo() const {
+    return info;
 }
 
 } // namespace KestoRenderLib

@@ -56,6 +56,8 @@ struct RendererInfo {
     int quality = 2;
     int sampleCount = 1;
     bool highQualityScaling = true;
+
+    friend bool operator==(const RendererInfo&, const RendererInfo&) = default;
 };
 
 using MediaList = std::list<boost::shared_ptr<const KestoMediaLib::Media>>;
@@ -70,6 +72,7 @@ public:
     virtual const MediaList& mediaToRender() const = 0;
 
     virtual void setRendererInfo(const RendererInfo& info) = 0;
+    virtual const RendererInfo& rendererInfo() const = 0;
 };
 
 class KESTO_EXPORT RenderState : public IRenderState {
@@ -77,10 +80,11 @@ public:
     void setMediaToRender(MediaList media) override;
     const MediaList& mediaToRender() const override;
     void setRendererInfo(const RendererInfo& info) override;
+    const RendererInfo& rendererInfo() const override;
 
 private:
     MediaList media;
-    RendererInfo rendererInfo;
+    RendererInfo info;
 };
 
 /// What a pipeline draws into. One thread at a time.
@@ -107,7 +111,10 @@ public:
     virtual boost::shared_ptr<MetaBitmap> currentFrame() const;
     virtual void setCurrentFrame(boost::shared_ptr<MetaBitmap> frame);
 
+    const RendererInfo& rendererInfo() const { return info; }
+
 private:
+    RendererInfo info;
     KestoRenderLib::Size extent;
     boost::shared_ptr<MetaBitmap> frame;
 };
