@@ -4,6 +4,7 @@
 
 namespace KestoMediaLib {
 
+class Callout;
 class Media;
 class Project;
 
