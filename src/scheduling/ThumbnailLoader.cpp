@@ -193,6 +193,8 @@ bool ThumbnailLoader::PruneDuplicateCommand(THUMB_THREADCMD& taken, THUMB_THREAD
 // NOLINTNEXTLINE(performance-unnecessary-value-param): a handler owns its command
 void ThumbnailLoader::HandleThreadCommand(void* context, THUMB_THREADCMD command) {
     auto& loader = *static_cast<ThumbnailLoader*>(context);
+    if (loader.IsGoingAway())
+        return; // pending, behind a sheet that the destructor has released
     const auto& job = boost::any_cast<const ThumbnailLoaderJob&>(command.data);
     if (loader.IsPaused() && !IsZoomJob(job))
         loader.threadManager->PushCommand(command);
