@@ -56,7 +56,7 @@ private:
     const std::function<void()> threadStarted;
     const std::function<void()> threadEnding;
 
-    Mutex lock; // never held while a command runs or is destroyed
+    Mutex lock{LockRanks::commandQueue}; // never held while a command runs or is destroyed
     std::condition_variable pushedOrEnding;
     std::condition_variable takenOrFinished;
     std::deque<std::function<void()>> commands KESTO_GUARDED_BY(lock);

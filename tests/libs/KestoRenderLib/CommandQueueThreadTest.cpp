@@ -337,4 +337,17 @@ TEST(CommandQueueThreadDeathTest, WhatACommandThrowsEndsTheProcess) {
         "from a command");
 }
 
+#if defined(KESTO_CHECK_LOCK_ORDER)
+
+TEST(CommandQueueThreadDeathTest, ItsLockIsCheckedAgainstThoseOfOtherLibraries) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    KestoRenderLib::CommandQueueThread queue("", nullptr, nullptr, false);
+    Mutex later{LockRanks::chain};
+    const MutexLock held(later);
+    EXPECT_DEATH(queue.waitUntilAllCommandsAreFinished(),
+                 "CommandQueueThread's lock must be taken before the lock that is held, DSChain::lock");
+}
+
+#endif
+
 } // namespace
