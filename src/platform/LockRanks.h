@@ -11,6 +11,7 @@ struct LockRank {
 /// another lock is called with it held.
 namespace LockRanks {
 
+inline constexpr LockRank loaderProject{5, "ThumbnailLoader::projectLock"};
 inline constexpr LockRank loaderSprite{10, "ThumbnailLoader::spriteLock"};
 inline constexpr LockRank loaderGrabber{10, "ThumbnailLoader::grabberLock"};
 inline constexpr LockRank spriteComposer{20, "SpriteComposer::lock"};
