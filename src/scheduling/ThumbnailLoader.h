@@ -53,6 +53,8 @@ class KESTO_EXPORT ThumbnailLoader final : public IThumbnailLoader,
                                            public IThumbnailLoaderGdiplusBitmapCallback,
                                            public IThumbnailLoaderGdiplusBitmapCallbackForSavingtoFile {
 public:
+    /// Starts the worker. Without `pruneDuplicates` every command runs; `style` is that of all its sheets.
+    /// Throws std::system_error when the system has no thread to give.
     explicit ThumbnailLoader(bool pruneDuplicates = true, SpriteStyle style = SpriteStyleRows);
     ~ThumbnailLoader() override;
     ThumbnailLoader(const ThumbnailLoader&) = delete;
@@ -100,8 +102,7 @@ private:
     void Queue(const ThumbnailLoaderJob& job, JobMode mode);
     void QueueSheet(const ThumbnailLoaderJob& job, JobMode mode);
     void QueuePicture(const ThumbnailLoaderJob& job, JobMode mode);
-    void QueueProjectFrame(const ThumbnailLoaderJob& job) KESTO_EXCLUDES(projectLock);
-    void UseProjectLocked(const ThumbnailLoaderJob& job) KESTO_REQUIRES(projectLock);
+    void QueueProjectFrame(const ThumbnailLoaderJob& job) KESTO_EXCLUDES(projectLock, grabberLock);
     void Push(ThumbnailCommandKind kind, const ThumbnailLoaderJob& job);
 
     void Run(std::int32_t kind, const ThumbnailLoaderJob& job);
