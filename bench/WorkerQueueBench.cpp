@@ -109,21 +109,32 @@ void foldEqualJobsAtOnce(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * count);
 }
 
-constexpr int pending = 10000;
+constexpr int few = 100;
+constexpr int many = 10000;
 
 BENCHMARK_CAPTURE(drainDistinctJobs, outputFilePath, DifferIn::OutputFilePath)
-    ->Arg(pending)
+    ->RangeMultiplier(10)
+    ->Range(few, many)
     ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime()
     ->UseRealTime();
 BENCHMARK_CAPTURE(drainDistinctJobs, times, DifferIn::Times)
-    ->Arg(pending)
+    ->RangeMultiplier(10)
+    ->Range(few, many)
     ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime()
     ->UseRealTime();
 BENCHMARK_CAPTURE(drainDistinctJobs, trackIndex, DifferIn::TrackIndex)
-    ->Arg(pending)
+    ->RangeMultiplier(10)
+    ->Range(few, many)
     ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime()
     ->UseRealTime();
-BENCHMARK(foldEqualJobsAtOnce)->Arg(pending)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(foldEqualJobsAtOnce)
+    ->Arg(many)
+    ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime();
 
 } // namespace
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <functional>
+#include <numeric>
 
 namespace GdiplusBackend {
 
@@ -18,36 +20,58 @@ using Chunk = std::array<ARGB, chunk>;
 
 std::uint32_t over(std::uint32_t source, std::uint32_t destination) {
     const std::uint32_t rest = 255 - (source >> 24);
-    std::uint32_t sum = 0;
-    for (int shift = 0; shift < 32; shift += 8)
-        sum |= std::min<std::uint32_t>(255, (source >> shift & 255) +
-                                                scaleByAlpha(destination >> shift & 255, rest))
-               << shift;
-    return sum;
+    const std::uint32_t even = addPairs(source & pairMask, scalePairByAlpha(destination & pairMask, rest));
+    const std::uint32_t odd =
+        addPairs(source >> 8 & pairMask, scalePairByAlpha(destination >> 8 & pairMask, rest));
+    return odd << 8 | even;
 }
 
 bool isOpaqueFormat(PixelFormat format) {
     return !IsAlphaPixelFormat(format) && !IsIndexedPixelFormat(format);
 }
 
+bool isOpaque(ARGB pixel) {
+    return pixel >> 24 == 255;
+}
+
+bool areOpaque(const ARGB* pixels, int count) {
+    return isOpaque(std::accumulate(pixels, pixels + count, ~ARGB{0}, std::bit_and<>()));
+}
+
+bool areNothing(const ARGB* premultiplied, int count) {
+    return std::accumulate(premultiplied, premultiplied + count, ARGB{0}, std::bit_or<>()) == 0;
+}
+
+/// A source without alpha leaves the pixel as it is, down to what premultiplying would lose.
+ARGB blended(ARGB premultiplied, ARGB pixel) {
+    if (isOpaque(premultiplied))
+        return premultiplied;
+    if (premultiplied >> 24 == 0)
+        return pixel;
+    return unpremultiplyArgb(over(premultiplied, premultiplyArgb(pixel)));
+}
+
+void blendPremultipliedRow(const ARGB* premultiplied, std::byte* to, int count) {
+    for (int i = 0; i < count; ++i, to += 4) {
+        std::uint32_t destination = 0;
+        std::memcpy(&destination, to, 4);
+        const std::uint32_t sum = over(premultiplied[i], destination);
+        std::memcpy(to, &sum, 4);
+    }
+}
+
 /// Blends premultiplied pixels over a row of `target`, without touching what they leave as it is.
 void blendRow(const ARGB* premultiplied, const PixelView& target, int x, int y, int count) {
-    if (target.format == PixelFormat32bppPARGB) {
-        std::byte* to = target.row(y) + static_cast<std::ptrdiff_t>(x) * 4;
-        for (int i = 0; i < count; ++i) {
-            std::uint32_t destination = 0;
-            std::memcpy(&destination, to + static_cast<std::ptrdiff_t>(i) * 4, 4);
-            const std::uint32_t sum = over(premultiplied[i], destination);
-            std::memcpy(to + static_cast<std::ptrdiff_t>(i) * 4, &sum, 4);
-        }
+    if (areNothing(premultiplied, count))
         return;
-    }
+    if (areOpaque(premultiplied, count))
+        return writeArgb(target, x, y, count, premultiplied);
+    if (target.format == PixelFormat32bppPARGB)
+        return blendPremultipliedRow(premultiplied, target.row(y) + static_cast<std::ptrdiff_t>(x) * 4,
+                                     count);
     Chunk pixels;
     readArgb(target, x, y, count, pixels.data());
-    for (int i = 0; i < count; ++i)
-        if (premultiplied[i] >> 24 != 0)
-            pixels[static_cast<std::size_t>(i)] = unpremultiplyArgb(
-                over(premultiplied[i], premultiplyArgb(pixels[static_cast<std::size_t>(i)])));
+    std::transform(premultiplied, premultiplied + count, pixels.data(), pixels.data(), blended);
     writeArgb(target, x, y, count, pixels.data());
 }
 
@@ -59,7 +83,8 @@ void readPremultiplied(const ConstPixelView& picture, int x, int y, int count, A
         return;
     }
     readArgb(picture, x, y, count, out);
-    std::transform(out, out + count, out, premultiplyArgb);
+    if (!areOpaque(out, count))
+        std::transform(out, out + count, out, premultiplyArgb);
 }
 
 } // namespace

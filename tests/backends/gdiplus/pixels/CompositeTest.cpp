@@ -2,8 +2,14 @@
 
 #include "gdiplus/pixels/ConvertPixels.h"
 #include "gdiplus/pixels/PixelBuffer.h"
+#include "gdiplus/pixels/Premultiply.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+#include <vector>
 
 using namespace GdiplusBackend;
 using Gdiplus::ARGB;
@@ -24,7 +30,66 @@ ARGB drawn(ARGB source, ARGB destination, Gdiplus::PixelFormat targetFormat) {
     return result;
 }
 
+/// The same, as the formula says it.
+ARGB blendedPlainly(ARGB source, ARGB destination, Gdiplus::PixelFormat targetFormat) {
+    if (source >> 24 == 0)
+        return destination;
+    const ARGB over = premultiplyArgb(source);
+    const ARGB under = targetFormat == PixelFormat32bppPARGB ? destination : premultiplyArgb(destination);
+    ARGB sum = 0;
+    for (int shift = 0; shift < 32; shift += 8) {
+        const unsigned rest = ((under >> shift & 255) * (255 - (over >> 24)) + 127) / 255;
+        sum |= std::min(255U, (over >> shift & 255) + rest) << shift;
+    }
+    return targetFormat == PixelFormat32bppPARGB ? sum : unpremultiplyArgb(sum);
+}
+
+/// Long enough for several chunks: any alpha, then opaque, then nothing, then any alpha again.
+std::vector<ARGB> manyColors() {
+    constexpr std::size_t stretch = 700;
+    std::mt19937 random(1);
+    std::vector<ARGB> colors(4 * stretch);
+    std::ranges::generate(colors, random);
+    for (std::size_t index = stretch; index < 2 * stretch; ++index)
+        colors[index] |= 0xFF000000;
+    for (std::size_t index = 2 * stretch; index < 3 * stretch; ++index)
+        colors[index] &= 0x00FFFFFF;
+    return colors;
+}
+
+PixelBuffer rowOf(const std::vector<ARGB>& bytes, Gdiplus::PixelFormat format) {
+    auto row = PixelBuffer::create(static_cast<int>(bytes.size()), 1, format);
+    std::memcpy(row->view().row(0), bytes.data(), bytes.size() * sizeof(ARGB));
+    return std::move(*row);
+}
+
+ARGB pixelBytes(const PixelBuffer& row, std::size_t x) {
+    ARGB bytes = 0;
+    std::memcpy(&bytes, row.view().row(0) + x * sizeof bytes, sizeof bytes);
+    return bytes;
+}
+
 } // namespace
+
+TEST(SourceOver, EqualsTheFormulaForAnyRunOfColours) {
+    const std::vector<ARGB> sources = manyColors();
+    std::vector<ARGB> destinations(sources.size());
+    std::mt19937 random(2);
+    std::ranges::generate(destinations, random);
+    for (const auto format : {PixelFormat32bppARGB, PixelFormat32bppPARGB}) {
+        const PixelBuffer target = rowOf(destinations, format);
+        sourceOver(rowOf(sources, PixelFormat32bppARGB).view(), target.view(), 0, 0);
+        for (std::size_t x = 0; x < sources.size(); ++x)
+            ASSERT_EQ(pixelBytes(target, x), blendedPlainly(sources[x], destinations[x], format)) << x;
+    }
+}
+
+TEST(SourceOver, AddsColoursThatAreMoreThanTheirAlphaUpToWhite) {
+    const PixelBuffer target = rowOf({0xFF808080, 0xFF102030}, PixelFormat32bppPARGB);
+    sourceOver(rowOf({0x00FFFFFF, 0x00010203}, PixelFormat32bppPARGB).view(), target.view(), 0, 0);
+    EXPECT_EQ(pixelBytes(target, 0), 0xFFFFFFFFU);
+    EXPECT_EQ(pixelBytes(target, 1), 0xFF112233U);
+}
 
 TEST(SourceOver, EqualsTheRecordedPlatformOnHalfTransparentColours) {
     EXPECT_EQ(drawn(0xA0FFFFFF, 0xA0000000, PixelFormat32bppARGB), 0xDCB9B9B9U);
