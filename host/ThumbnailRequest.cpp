@@ -10,8 +10,9 @@ namespace KestoHost {
 namespace {
 
 std::optional<Failure> refusalOfName(const std::string& name) {
-    if (name.find('\0') != std::string::npos)
-        return Failure{"bad-name", fmt::format("\"{}\" is a name with a null byte in it.", name)};
+    if (const std::size_t end = name.find('\0'); end != std::string::npos)
+        return Failure{"bad-name", fmt::format("\"{}\" is followed by a null byte, which no name may hold.",
+                                               name.substr(0, end))};
     if (!wideFromUtf8(name))
         return Failure{"bad-name", fmt::format("\"{}\" is a name that is not valid UTF-8.", name)};
     return std::nullopt;
