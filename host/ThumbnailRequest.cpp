@@ -3,6 +3,8 @@
 #include "Paths.h"
 #include "SourceKind.h"
 
+#include <KestoThumbnailer/ThumbnailDiagnosis.h>
+
 #include <fmt/format.h>
 
 namespace KestoHost {
@@ -33,9 +35,16 @@ std::optional<Failure> refusalOf(const ThumbnailRequest& request) {
     for (const std::string& name : {request.input, request.output})
         if (auto refusal = refusalOfName(name))
             return refusal;
+    if (request.input.empty())
+        return withoutPicture(request.input);
     if (isSameFile(request.input, request.output))
         return Failure{"same-file", fmt::format("\"{}\" would replace the input.", request.output)};
     return std::nullopt;
+}
+
+Failure withoutPicture(const std::string& input) {
+    const auto diagnosis = KestoThumbnailer::DiagnoseStillImage(*wideFromUtf8(input));
+    return {KestoThumbnailer::WordForReason(diagnosis.reason), diagnosis.sentence, /*withoutPicture=*/true};
 }
 
 Failure unwritten(const std::string& output) {

@@ -18,7 +18,7 @@ public:
     int error() const { return firstError; }
 
 private:
-    Mutex lock; // held while a line is written, so that each stays whole
+    Mutex lock;                      // held while a line is written, so that each stays whole
     std::atomic<int> firstError = 0; // asked for also while a line waits to be written
 };
 

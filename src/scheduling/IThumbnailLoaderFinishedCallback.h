@@ -6,8 +6,9 @@ namespace KestoThumbnailer {
 
 struct ThumbnailLoaderJob;
 
-/// What the callback of a job may implement besides `IThumbnailLoaderGdiplusBitmapCallback`, to learn that a
-/// picture has been tried: a source without one calls nothing else. Never destroyed through this interface.
+/// What the callback of a job may be besides `IThumbnailLoaderGdiplusBitmapCallback`, as a second public
+/// base, to learn that a picture has been tried: a source without one calls nothing else. Never destroyed
+/// through this interface.
 class KESTO_EXPORT IThumbnailLoaderFinishedCallback {
 public:
     /// Once for each picture or sheet that was run, whether it came or not, and after it. `job` is the
