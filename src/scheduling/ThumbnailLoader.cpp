@@ -1,5 +1,6 @@
 #include "scheduling/ThumbnailLoader.h"
 
+#include "scheduling/IThumbnailLoaderFinishedCallback.h"
 #include "scheduling/ThumbnailLoaderJob.h"
 #include "scheduling/WorkerThreadManager.h"
 #include "scheduling/imagefile/FileUtil.h"
@@ -39,6 +40,11 @@ bool IsKnown(std::int32_t kind) {
 bool Replaces(const ThumbnailLoaderJob& newer, const ThumbnailLoaderJob& older) {
     return (older.dedupeId >= 1 && older.dedupeId == newer.dedupeId) ||
            (IsZoomJob(older) && IsZoomJob(newer)) || older == newer;
+}
+
+/// To be asked before the job runs: a callback that wants no more than its picture may be gone after it.
+IThumbnailLoaderFinishedCallback* WhomToTellOfTheEnd(const ThumbnailLoaderJob& job) {
+    return dynamic_cast<IThumbnailLoaderFinishedCallback*>(job.callback);
 }
 
 } // namespace
@@ -198,10 +204,14 @@ void ThumbnailLoader::HandleThreadCommand(void* context, THUMB_THREADCMD command
     if (loader.IsGoingAway())
         return; // pending, behind a sheet that the destructor has released
     const auto& job = boost::any_cast<const ThumbnailLoaderJob&>(command.data);
-    if (loader.IsPaused() && !IsZoomJob(job))
+    if (loader.IsPaused() && !IsZoomJob(job)) {
         loader.threadManager->PushCommand(command);
-    else
-        loader.Run(command.kind, job);
+        return;
+    }
+    IThumbnailLoaderFinishedCallback* const finished = WhomToTellOfTheEnd(job);
+    loader.Run(command.kind, job);
+    if (finished)
+        finished->OnThumbnailJobFinished(job);
 }
 
 void ThumbnailLoader::Run(std::int32_t kind, const ThumbnailLoaderJob& job) {

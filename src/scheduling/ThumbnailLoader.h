@@ -44,6 +44,9 @@ enum ThumbnailCommandKind : std::int32_t {
 /// or more), and for every sheet whose `sourceKind` is not `SourceProject`. There is one sheet at a time: one
 /// that is asked for takes the place of one that is not full.
 ///
+/// A callback that is an `IThumbnailLoaderFinishedCallback`, too, is told of each end, with or without a
+/// picture.
+///
 /// Requires: not destroyed on its own worker, as in a callback. Callbacks outlive the loader, or the jobs
 /// that name them. Guarantees: once the destructor has returned, no callback runs. It drops what is pending
 /// and waits for what runs; a sheet is completed if it can be, and given up otherwise.

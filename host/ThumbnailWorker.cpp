@@ -1,0 +1,68 @@
+#include "ThumbnailWorker.h"
+
+#include "SourceKind.h"
+
+#include <KestoThumbnailer/ImageHelper.h>
+#include <KestoThumbnailer/ThumbnailLoaderJob.h>
+
+#include <exception>
+#include <utility>
+
+namespace KestoHost {
+
+namespace {
+
+using KestoThumbnailer::ThumbnailLoaderJob;
+
+ThumbnailLoaderJob jobFor(const ThumbnailRequest& request) {
+    ThumbnailLoaderJob job;
+    job.Reset();
+    job.mediaPath = request.input;
+    job.sourceKind = sourceKindOf(request.input).job;
+    job.width = request.bounds.width;
+    job.height = request.bounds.height;
+    job.times = {request.seconds};
+    job.trackIndex = request.track;
+    return job;
+}
+
+} // namespace
+
+ThumbnailWorker::ThumbnailWorker(Finished whomToTell)
+    : finished(std::move(whomToTell))
+    , loader(/*pruneDuplicates=*/false) {}
+
+void ThumbnailWorker::begin(ThumbnailRequest next) {
+    start = Clock::now();
+    request = std::move(next);
+    report = reportFor(request);
+    hasPicture = false;
+    ThumbnailLoaderJob job = jobFor(request);
+    job.callback = this;
+    (void)loader.GetThumbnailAsync(job); // only false without an input, which `refusalOf` has refused
+}
+
+void ThumbnailWorker::OnLoadedGdiPlusBitmapThumbnail(Gdiplus::Bitmap** bitmap, const ThumbnailLoaderJob&) {
+    hasPicture = true;
+    report.width = static_cast<int>((*bitmap)->GetWidth());
+    report.height = static_cast<int>((*bitmap)->GetHeight());
+    try {
+        if (!KestoThumbnailer::ImageHelper::QuickSavePic(*bitmap, request.output))
+            report.failure = unwritten(request.output);
+    } catch (const std::exception& error) {
+        report.failure = internalFailure(request.input, error.what());
+    }
+}
+
+void ThumbnailWorker::OnThumbnailJobFinished(const ThumbnailLoaderJob&) {
+    try {
+        if (!hasPicture)
+            report.failure = withoutPicture(request.input);
+    } catch (const std::exception& error) {
+        report.failure = internalFailure(request.input, error.what());
+    }
+    report.milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    finished(*this, std::exchange(report, {}));
+}
+
+} // namespace KestoHost
