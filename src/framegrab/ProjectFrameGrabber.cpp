@@ -121,7 +121,7 @@ boost::shared_ptr<MetaBitmap> ProjectFrameGrabber::frameAtTime(boost::rational<_
     const auto rendered = CurrentFrame();
     if (!rendered)
         return {};
-    const auto frame = FrameGrabberUtil::scaleBitmapToFit(rendered, size);
+    auto frame = FrameGrabberUtil::scaleBitmapToFit(rendered, size);
     if (frame && !keepOrientation)
         frame->FlipY();
     return frame;

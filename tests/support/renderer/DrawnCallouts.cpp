@@ -52,6 +52,7 @@ namespace KestoRenderLib {
 using TestSupport::DrawnCallouts;
 
 CalloutDrawer::CalloutDrawer(boost::shared_ptr<const KestoMediaLib::Callout> drawn,
+                             // NOLINTNEXTLINE(performance-unnecessary-value-param): callers know it by value
                              boost::shared_ptr<RenderObjectFactory>, bool)
     : callout(std::move(drawn)) {}
 

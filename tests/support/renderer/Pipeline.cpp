@@ -11,6 +11,8 @@
 
 namespace KestoRenderLib {
 
+// NOLINTBEGIN(performance-unnecessary-value-param): callers know these by value
+
 using TestSupport::RenderScript;
 using TestSupport::TimelineCall;
 using TestSupport::TimelineCallKind;
@@ -141,5 +143,7 @@ boost::shared_ptr<WRTimeline> WRTimeline::create(boost::shared_ptr<const KestoMe
         return {};
     return boost::make_shared<ScriptedTimeline>(script, drawingManager, renderState);
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 } // namespace KestoRenderLib
