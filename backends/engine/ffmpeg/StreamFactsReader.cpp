@@ -11,6 +11,7 @@ extern "C" {
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <span>
 #include <string_view>
 
 namespace EngineBackend {
@@ -82,6 +83,10 @@ std::optional<Rational> knownPixelAspect(const AVStream& stream) {
     return std::nullopt;
 }
 
+bool isAttachedPicture(const AVStream& stream) {
+    return (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
+}
+
 VideoFacts readVideoFacts(const AVStream& stream) {
     VideoFacts video;
     video.codedSize = {stream.codecpar->width, stream.codecpar->height};
@@ -90,7 +95,7 @@ VideoFacts readVideoFacts(const AVStream& stream) {
     video.displaySize = displaySizeOf(video.codedSize, video.pixelAspect, video.orientation);
     video.realFrameRate = toRational(stream.r_frame_rate, 0);
     video.averageFrameRate = toRational(stream.avg_frame_rate, video.realFrameRate);
-    video.isAttachedPicture = (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
+    video.isAttachedPicture = isAttachedPicture(stream);
     return video;
 }
 
@@ -103,7 +108,7 @@ bool isStreamComplete(const AVStream& stream) {
     const AVCodecParameters& codec = *stream.codecpar;
     if (codec.codec_type == AVMEDIA_TYPE_AUDIO)
         return codec.codec_id != AV_CODEC_ID_NONE && codec.sample_rate > 0;
-    if (codec.codec_type != AVMEDIA_TYPE_VIDEO || (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0)
+    if (codec.codec_type != AVMEDIA_TYPE_VIDEO || isAttachedPicture(stream))
         return true;
     // A fragmented file counts no frames in its header, and what its header does not list it does not time.
     return codec.codec_id != AV_CODEC_ID_NONE && codec.width > 0 && codec.height > 0 &&
@@ -115,7 +120,7 @@ bool countsForStart(const AVStream& stream) {
     const AVMediaType type = stream.codecpar->codec_type;
     return (type == AVMEDIA_TYPE_VIDEO || type == AVMEDIA_TYPE_AUDIO) &&
            stream.start_time != AV_NOPTS_VALUE && stream.time_base.num > 0 && stream.time_base.den > 0 &&
-           (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) == 0;
+           !isAttachedPicture(stream);
 }
 
 bool isBefore(const AVStream& one, const AVStream& other) {
@@ -169,8 +174,14 @@ StreamFacts readStreamFacts(const AVFormatContext& container, const AVStream& st
 bool isHeaderComplete(const AVFormatContext& container) {
     if (!std::string_view(container.iformat->name).starts_with("mov,") || container.nb_streams == 0)
         return false;
-    return std::all_of(container.streams, container.streams + container.nb_streams,
-                       [](const AVStream* stream) { return isStreamComplete(*stream); });
+    const std::span streams(container.streams, container.nb_streams);
+    const bool hasMovingPictures = std::any_of(streams.begin(), streams.end(), [](const AVStream* stream) {
+        return stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO && !isAttachedPicture(*stream);
+    });
+    // Of a cover the header tells no size, which matters where it is all that there is to show.
+    return std::all_of(streams.begin(), streams.end(), [=](const AVStream* stream) {
+        return isStreamComplete(*stream) && (hasMovingPictures || !isAttachedPicture(*stream));
+    });
 }
 
 std::vector<std::int64_t> findOrigins(const AVFormatContext& container) {
