@@ -1,5 +1,7 @@
 #include "FrameCodecLib/Decoder.h"
 
+#include <new>
+
 namespace FrameCodecLib {
 
 namespace {
@@ -30,6 +32,14 @@ private:
 Bitmap* EngineDecoder::GetFrameAtTime(boost::rational<__int64> time, FrameTiming& timing, int flags) {
     if (flags != 0)
         return nullptr;
+    try {
+        return findFrame(time, timing);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+Bitmap* EngineDecoder::findFrame(boost::rational<__int64> time, FrameTiming& timing) {
     const auto found = reader->pictureAt(time, outputSize);
     if (!found)
         return nullptr;

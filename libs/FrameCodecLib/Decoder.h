@@ -22,6 +22,7 @@ public:
     bool SetOutputSize(int width, int height) override;
 
 private:
+    Bitmap* findFrame(boost::rational<__int64> time, FrameTiming& timing);
     const EngineBackend::VideoFacts& video() const { return reader->facts().video; }
 
     std::unique_ptr<EngineBackend::IVideoReader> reader;

@@ -13,8 +13,23 @@ extern "C" {
 
 namespace EngineBackend {
 
-VideoDecoder::VideoDecoder(CodecContextPtr opened)
-    : context(std::move(opened)) {}
+namespace {
+
+/// ITU-T H.265, 7.4.2.2: a picture that its own temporal layer does not refer to may serve the layers above,
+/// yet the decoder passes over it. ISO/IEC 14496-15, 8.3.3.1.2, tells the number of layers.
+bool mayPassOver(const AVCodecParameters& codec) {
+    constexpr int layersPlace = 21;
+    if (codec.codec_id != AV_CODEC_ID_HEVC)
+        return true;
+    return codec.extradata_size > layersPlace && codec.extradata[0] == 1 &&
+           (codec.extradata[layersPlace] >> 3 & 7) == 1;
+}
+
+} // namespace
+
+VideoDecoder::VideoDecoder(CodecContextPtr opened, bool canPassOver)
+    : context(std::move(opened))
+    , mayDiscard(canPassOver) {}
 
 VideoDecoder::~VideoDecoder() = default;
 
@@ -35,12 +50,13 @@ Result<std::unique_ptr<VideoDecoder>> VideoDecoder::open(const AVStream& stream,
     if (avcodec_open2(context.get(), codec, nullptr) < 0)
         return failure(ErrorKind::Unsupported,
                        fmt::format("{}: the decoder refuses the stream", codec->name));
-    return std::unique_ptr<VideoDecoder>(new VideoDecoder(std::move(context)));
+    return std::unique_ptr<VideoDecoder>(new VideoDecoder(std::move(context), mayPassOver(*stream.codecpar)));
 }
 
 void VideoDecoder::send(const AVPacket& packet, Discard discard) {
     // The packet is taken up by this very call, since no frame was waiting.
-    context->skip_frame = discard == Discard::NonReference ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
+    context->skip_frame =
+        mayDiscard && discard == Discard::NonReference ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
     (void)avcodec_send_packet(context.get(), &packet);
 }
 

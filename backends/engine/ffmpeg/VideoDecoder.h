@@ -40,9 +40,10 @@ public:
     void flush();
 
 private:
-    explicit VideoDecoder(CodecContextPtr opened);
+    VideoDecoder(CodecContextPtr opened, bool canPassOver);
 
     CodecContextPtr context;
+    bool mayDiscard;
 };
 
 } // namespace EngineBackend
