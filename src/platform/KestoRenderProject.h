@@ -156,8 +156,15 @@ public:
     std::int32_t outsideOpacity = 255;
 };
 
+/// A project, or why there is none: a sentence for people that names the file, the place in it, and what was
+/// expected there. One of the two is empty.
+struct ProjectOutcome {
+    boost::shared_ptr<KestoMediaLib::Project> project;
+    std::string problem;
+};
+
 /// Makes projects of files. Paths and texts are UTF-8. An empty pointer means that no project can be made.
-/// Any thread.
+/// Any thread; the process must have started GDI+.
 class KESTO_EXPORT ProjectGenerator {
 public:
     ProjectGenerator() = delete;
@@ -173,6 +180,12 @@ public:
     /// The file as the one media of a project of that frame rate.
     static boost::shared_ptr<KestoMediaLib::Project>
     Create_MediaProject(const std::string& path, const boost::rational<unsigned long>& frameRate);
+
+    // The same, for callers that want to know why there is no project.
+    static ProjectOutcome TryProjectFromFile(const std::string& path);
+    static ProjectOutcome TryProjectFromJson(const std::string& json, const std::string& basePath);
+    static ProjectOutcome TryMediaProject(const std::string& path,
+                                          const boost::rational<unsigned long>& frameRate);
 };
 
 /// A frame behind plain types; copies share it. It may hold none.
