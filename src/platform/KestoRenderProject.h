@@ -102,8 +102,8 @@ public:
     KestoRenderLib::Size size() const override;
     void setSize(const KestoRenderLib::Size& size) override;
 
-    /// What was rendered last, which the next pass may draw over. Empty before the first pass, and for a size
-    /// below 1.
+    /// What was rendered last, for reading alone: it may be a decoder's own picture. Empty before the first
+    /// pass, for a size below 1, and beyond the pixel budget.
     virtual boost::shared_ptr<MetaBitmap> currentFrame() const;
     virtual void setCurrentFrame(boost::shared_ptr<MetaBitmap> frame);
 
