@@ -21,7 +21,7 @@ bool isSeen(const boost::shared_ptr<Media>& media) {
 }
 
 boost::shared_ptr<Media> heldCopy(const Media& media) {
-    const auto copy = cloneOf(media);
+    auto copy = cloneOf(media);
     MediaHold::take(MediaHold::requireFree(copy, "clone"));
     return copy;
 }
