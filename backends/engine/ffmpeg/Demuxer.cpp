@@ -127,6 +127,7 @@ void Demuxer::selectStream(int index) {
 
 PacketPtr Demuxer::readPacket() {
     PacketPtr packet = makePacket();
+    isFresh = false;
     while (!limit.isPassed() && av_read_frame(context.get(), packet.get()) >= 0) {
         if (packet->stream_index == selected)
             return packet;
@@ -136,10 +137,17 @@ PacketPtr Demuxer::readPacket() {
 }
 
 bool Demuxer::seekBefore(int index, std::int64_t ticks) {
+    if (!canSeek())
+        return false;
+    isFresh = false;
     return av_seek_frame(context.get(), index, ticks, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
 bool Demuxer::rewind() {
+    if (isFresh)
+        return true;
+    if (!canSeek())
+        return false;
     if (seekToFirstPacket())
         return true;
     // A container that can't seek is read again from its beginning.

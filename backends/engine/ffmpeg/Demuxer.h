@@ -45,6 +45,7 @@ public:
     /// Of time 0, which is the start of the presentation.
     std::int64_t originOf(int index) const { return origins[static_cast<std::size_t>(index)]; }
     Deadline& deadline() { return limit; }
+    bool canSeek() const { return source->canSeek(); }
 
     /// From here on packets of other streams are passed over.
     void selectStream(int index);
@@ -80,6 +81,7 @@ private:
     std::vector<StreamFacts> facts;
     std::vector<std::int64_t> origins;
     int selected = -1;
+    bool isFresh = true; ///< it stands before the first packet
 };
 
 } // namespace EngineBackend

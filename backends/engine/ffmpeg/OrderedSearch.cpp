@@ -54,7 +54,7 @@ bool OrderedSearch::canGoForward(std::int64_t target) const {
         return false;
     if (next && target < next->start)
         return true;
-    if (!lastRead)
+    if (!lastRead || !demuxer->canSeek())
         return true;
     if (const auto key = demuxer->indexedKeyFrame(stream, target))
         return *key <= *lastRead;

@@ -34,7 +34,7 @@ std::optional<FoundFrame> PlannedSearch::find(std::int64_t target) {
     const bool isReady = goesOn && !isDrained ? goForward(target) : seekFor(target);
     // A frame that follows in the same group of pictures announces more of them, for which the decoder has to
     // keep its state. The first frame of all is fetched with the least work.
-    isSequence = goesOn;
+    isSequence = goesOn || !demuxer->canSeek();
     isPlaced = false;
     if (!isReady)
         return std::nullopt;
@@ -50,6 +50,8 @@ std::optional<FoundFrame> PlannedSearch::find(std::int64_t target) {
 bool PlannedSearch::canGoForward(std::int64_t target) const {
     if (!isPlaced || target < lastShown || !window.lastTicks())
         return false;
+    if (!demuxer->canSeek())
+        return true;
     if (const auto key = demuxer->indexedKeyFrame(stream, target))
         return *key <= *window.lastTicks();
     const std::int64_t nearby = av_rescale_q(nearbySeconds, {1, 1}, demuxer->stream(stream).time_base);

@@ -13,6 +13,11 @@ namespace EngineBackend {
 namespace {
 
 constexpr std::size_t mostKept = 3;
+constexpr std::int64_t mostKeptPixels = 32'000'000; ///< the latest picture apart
+
+std::int64_t pixelsOf(PictureSize size) {
+    return std::int64_t{size.width} * size.height;
+}
 
 /// More than two help one stream little, and many readers are the rule.
 int threadsFor(const VideoOptions& options) {
@@ -105,8 +110,13 @@ const VideoReader::KeptPicture* VideoReader::findKept(std::int64_t ticks, Pictur
 }
 
 void VideoReader::keep(std::int64_t ticks, const FoundFrame& found, const TimedPicture& timed) {
-    if (kept.size() == mostKept)
+    std::int64_t pixels = 0;
+    for (const KeptPicture& picture : kept)
+        pixels += pixelsOf(picture.timed.picture->size);
+    while (!kept.empty() && (kept.size() == mostKept || pixels > mostKeptPixels)) {
+        pixels -= pixelsOf(kept.front().timed.picture->size);
         kept.erase(kept.begin());
+    }
     // All times between the frame and one beyond the stream's ends that gave it give it as well.
     kept.push_back({std::min(ticks, found.start), std::max(ticks + 1, found.end), timed});
 }

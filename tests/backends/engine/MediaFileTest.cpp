@@ -116,8 +116,9 @@ TEST(MediaFile, GoesForwardInASourceThatCannotSeek) {
     ASSERT_TRUE(file);
     const auto reader = (*file)->readVideo(0, {});
     ASSERT_TRUE(reader);
-    for (const int frame : {0, 40, 41, 89})
+    for (const int frame : {0, 1, 40, 41, 89})
         EXPECT_EQ(numberAt(**reader, Rational(frame, 25)), frame);
+    EXPECT_FALSE((*reader)->pictureAt(Rational(20, 25), {}));
 }
 
 class FailingSource : public MemorySource {
