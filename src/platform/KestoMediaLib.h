@@ -4,8 +4,14 @@
 
 namespace KestoMediaLib {
 
+class Callout;
+class ConstMediaDispatcher;
 class Media;
+class Mixer;
 class Project;
+class SafeRational;
+class Timeline;
+class Track;
 
 /// The root of what the media model is made of.
 class KESTO_EXPORT KestoObject {

@@ -1,31 +1,35 @@
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/KestoMediaLib.h"
+#include "platform/KestoMedia.h"
+#include "platform/KestoMediaAttribute.h"
+#include "platform/KestoMediaCallout.h"
+#include "platform/KestoMediaDispatcher.h"
+#include "platform/KestoMediaEdit.h"
 
 #include <boost/rational.hpp>
 #include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <vector>
 
 namespace KestoMediaLib {
 
-class ConstMediaDispatcher;
-
-/// A value of the model that its owner may change, shared with those who read it.
-template <class T>
-class KESTO_EXPORT Attribute : public KestoObject {
+class KESTO_EXPORT Track : public KestoObject {
 public:
-    virtual T value() const = 0;
+    /// Empty for a track that is in no mixer, as one inside a group.
+    virtual boost::weak_ptr<const Mixer> parentMixer() const = 0;
+    /// By order of drawing: where two play at a time, the later one lies above.
+    virtual std::vector<boost::shared_ptr<const Media>> medias() const = 0;
+    /// A hidden track shows nothing and keeps its media.
+    virtual bool hidden() const = 0;
 };
 
-/// One thing on a track: a video, an image, a callout and so on. Read by any thread while nobody edits.
-class KESTO_EXPORT Media : public KestoObject {
+/// The tracks of a timeline.
+class KESTO_EXPORT Mixer : public KestoObject {
 public:
-    /// Calls the visit operation of the media's own class.
-    virtual void accept(ConstMediaDispatcher& dispatcher) const = 0;
+    /// From the bottom to the top.
+    virtual std::vector<boost::shared_ptr<const Track>> tracks() const = 0;
 };
-
-/// A drawn annotation: an arrow, a text, a shape.
-class KESTO_EXPORT Callout : public Media {};
 
 /// Everything that plays in a project, on one canvas.
 class KESTO_EXPORT Timeline : public KestoObject {
@@ -33,6 +37,9 @@ public:
     /// The canvas, in pixels.
     virtual boost::shared_ptr<const Attribute<float>> attributeWidth() const = 0;
     virtual boost::shared_ptr<const Attribute<float>> attributeHeight() const = 0;
+
+    /// Never empty.
+    virtual boost::shared_ptr<const Mixer> mixer() const = 0;
 };
 
 /// A document of the editor. Its frames count from 0 at `frameRate` to the second.
@@ -40,11 +47,13 @@ class KESTO_EXPORT Project : public KestoObject {
 public:
     virtual boost::shared_ptr<const Timeline> timeline() const = 0;
     virtual boost::rational<unsigned long> frameRate() const = 0;
+    virtual ICommandInterface& commandInterface() = 0;
 };
 
 /// A project behind plain types; copies share it.
 class KESTO_EXPORT SimpleProject {
 public:
+    /// An empty project with a canvas of 0 by 0.
     explicit SimpleProject(const boost::rational<unsigned long>& frameRate);
 
     /// Of the canvas, in pixels.
