@@ -8,7 +8,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 
 namespace KestoHost {
 
@@ -28,6 +30,11 @@ std::optional<Number> parseWhole(std::string_view text) {
 std::optional<int> parseBound(std::string_view text) {
     const std::optional<int> length = parseWhole<int>(text);
     return length && *length >= 0 && *length <= longestBound ? length : std::nullopt;
+}
+
+bool isWritten(const std::string& extension) {
+    return std::find(writtenExtensions.begin(), writtenExtensions.end(), extension) !=
+           writtenExtensions.end();
 }
 
 } // namespace
@@ -53,6 +60,11 @@ std::optional<int> parseTrack(const std::string& text) {
     return track && *track >= 0 ? track : std::nullopt;
 }
 
+std::optional<int> parseJobs(const std::string& text) {
+    const std::optional<int> jobs = parseWhole<int>(text);
+    return jobs && *jobs >= 1 && *jobs <= mostJobs ? jobs : std::nullopt;
+}
+
 std::string checkBounds(const std::string& text) {
     if (parseBounds(text))
         return {};
@@ -72,10 +84,29 @@ std::string checkTrack(const std::string& text) {
     return fmt::format("expected a whole number of at least 0, found \"{}\"", text);
 }
 
+std::string checkJobs(const std::string& text) {
+    if (parseJobs(text))
+        return {};
+    return fmt::format("expected a whole number from 1 to {}, found \"{}\"", mostJobs, text);
+}
+
+std::string checkFormat(const std::string& text) {
+    if (isWritten(text))
+        return {};
+    return fmt::format("expected one of {}, found \"{}\"", fmt::join(writtenExtensions, ", "), text);
+}
+
+std::string checkFolder(const std::string& path) {
+    std::error_code error; // as good as no folder
+    if (std::filesystem::is_directory(path, error))
+        return {};
+    return fmt::format("expected a folder that is there, found \"{}\"", path);
+}
+
 std::string checkOutputName(const std::string& path) {
     const std::size_t dot = path.rfind('.');
     const std::string extension = dot == std::string::npos ? "" : lowerCase(path.substr(dot + 1));
-    if (std::find(writtenExtensions.begin(), writtenExtensions.end(), extension) != writtenExtensions.end())
+    if (isWritten(extension))
         return {};
     return fmt::format("expected a name that ends in .{}, found \"{}\"", fmt::join(writtenExtensions, ", ."),
                        path);

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 
 #include <unistd.h>
@@ -39,16 +38,6 @@ bool isThere(const std::string& path) {
     return GetFileAttributesW(wideWithReplacements(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-/// One text for all spellings of a name that the library takes for one: either slash, and any case of ASCII
-/// letters. Links to folders are followed.
-std::string forgivenName(std::string path) {
-    std::replace(path.begin(), path.end(), '\\', '/');
-    std::error_code error; // the text as it is will do
-    const std::filesystem::path whole = std::filesystem::absolute(path, error);
-    const std::filesystem::path followed = std::filesystem::weakly_canonical(whole, error);
-    return lowerCase(error ? path : followed.string());
-}
-
 } // namespace
 
 std::optional<std::wstring> wideFromUtf8(const std::string& path) {
@@ -61,9 +50,12 @@ std::optional<std::wstring> wideFromUtf8(const std::string& path) {
     return wide;
 }
 
-std::string sourceKindOf(const std::string& path) {
-    constexpr std::string_view documentEnding = ".pdf";
-    return lowerCase(path).ends_with(documentEnding) ? "pdf" : "image";
+std::string forgivenName(std::string path) {
+    std::replace(path.begin(), path.end(), '\\', '/');
+    std::error_code error; // the text as it is will do
+    const std::filesystem::path whole = std::filesystem::absolute(path, error);
+    const std::filesystem::path followed = std::filesystem::weakly_canonical(whole, error);
+    return lowerCase(error ? path : followed.string());
 }
 
 bool isSameFile(const std::string& input, const std::string& output) {

@@ -1,5 +1,6 @@
 #include "Program.h"
 
+#include "BatchCommand.h"
 #include "ThumbCommand.h"
 #include "Version.h"
 
@@ -15,10 +16,10 @@ namespace KestoHost {
 namespace {
 
 using AddCommand = void (*)(CLI::App& program, ExitStatus& status);
-constexpr AddCommand commands[] = {addThumbCommand};
+constexpr AddCommand commands[] = {addThumbCommand, addBatchCommand};
 
-constexpr const char* footer = "Exit status: 0 done, 1 no picture (the reason is on standard error), "
-                               "2 wrong usage.\nA name that begins with a dash goes after --.";
+constexpr const char* footer = "Exit status: 0 done, 1 a picture was not written (the reason is on standard "
+                               "error), 2 wrong usage.\nA name that begins with a dash goes after --.";
 
 ExitStatus refuseUsage(const CLI::App& program, const CLI::ParseError& error) {
     const auto used = program.get_subcommands();

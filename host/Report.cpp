@@ -6,8 +6,14 @@
 
 namespace KestoHost {
 
-std::string jsonText(const ThumbReport& report) {
-    nlohmann::ordered_json object = {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int allOnOneLine = -1;
+
+Json objectOf(const ThumbReport& report) {
+    Json object = {
         {"input", report.input},
         {"output", report.output},
         {"width", nullptr},
@@ -23,7 +29,21 @@ std::string jsonText(const ThumbReport& report) {
         object["width"] = report.width;
         object["height"] = report.height;
     }
-    return object.dump(2, ' ', /*ensure_ascii=*/false, nlohmann::ordered_json::error_handler_t::replace);
+    return object;
+}
+
+std::string textOf(const Json& object, int indent) {
+    return object.dump(indent, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace);
+}
+
+} // namespace
+
+std::string jsonText(const ThumbReport& report) {
+    return textOf(objectOf(report), 2);
+}
+
+std::string jsonLine(const ThumbReport& report) {
+    return textOf(objectOf(report), allOnOneLine);
 }
 
 } // namespace KestoHost

@@ -7,8 +7,9 @@ namespace KestoHost {
 
 /// Why no picture was written.
 struct Failure {
-    std::string reason;  ///< a word that stays the same from version to version
-    std::string message; ///< a sentence for people, which names the file
+    std::string reason;          ///< a word that stays the same from version to version
+    std::string message;         ///< a sentence for people, which names the file
+    bool withoutPicture = false; ///< the input is at fault: no picture is to be had of it
 };
 
 /// What one thumbnail came to.
@@ -26,5 +27,8 @@ struct ThumbReport {
 /// The one object of `--json`: every key is always there but "reason" and "message", which tell a failure.
 /// Bytes of names that are not UTF-8 become U+FFFD.
 std::string jsonText(const ThumbReport& report);
+
+/// The same object on one line.
+std::string jsonLine(const ThumbReport& report);
 
 } // namespace KestoHost

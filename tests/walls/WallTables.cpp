@@ -17,8 +17,14 @@ constexpr std::array<std::string_view, 19> systemHeaderNames = {
     "string.h", "sys/*",    "time.h",    "unistd.h", "stdint.h",
 };
 
-constexpr std::array<Exception, 1> exceptionTable = {{
+constexpr std::array<Exception, 7> exceptionTable = {{
     {"host/Paths.cpp", "unistd.h", "the standard library does not tell whether a folder may be written to"},
+    {"host/batch/Interruption.cpp", "fcntl.h", "the flags of the pipe that tells of a signal"},
+    {"host/batch/Interruption.cpp", "unistd.h", "the pipe itself: all that a signal handler may use"},
+    {"host/batch/LineInputs.cpp", "poll.h", "waits for a line and for a signal at once"},
+    {"host/batch/LineInputs.cpp", "unistd.h", "reads what is there without waiting for more"},
+    {"host/batch/Terminal.cpp", "sys/ioctl.h", "the width of the terminal"},
+    {"host/batch/Terminal.cpp", "unistd.h", "the standard library does not know terminals"},
 }};
 
 } // namespace
