@@ -45,6 +45,8 @@ class KESTO_EXPORT CalloutMedia final : public VisualMediaOf<Callout> {
 public:
     /// `drawing` may be empty.
     explicit CalloutMedia(boost::shared_ptr<const VectorNode> drawing);
+    /// A copy with a drawing attribute of its own.
+    CalloutMedia(const CalloutMedia& other);
 
     void setDrawing(boost::shared_ptr<const VectorNode> drawing);
     void addEdgeModification(EdgeModification modification);

@@ -12,9 +12,12 @@ class TrackModel;
 /// frame in which the parts are placed.
 class KESTO_EXPORT StitchedClip final : public VisualMediaOf<StitchedMedia> {
 public:
+    StitchedClip() = default;
+    StitchedClip(const StitchedClip& other);
+
     /// Adds a part after the last one: its start becomes the end of the part before, and its duration and
     /// media start are the trim. Throws std::invalid_argument for an empty pointer, a media of another model,
-    /// one that lies on a track, and one that is this clip or holds it.
+    /// one that is held already, and one that is this clip or holds it.
     void append(const boost::shared_ptr<Media>& part);
 
     bool hasVideo() const override;
@@ -31,8 +34,9 @@ private:
 class KESTO_EXPORT UnifiedClip final : public VisualMediaOf<UnifiedMedia> {
 public:
     /// Takes the extent of the visual part. Throws std::invalid_argument for an empty pointer, for a media of
-    /// another model, and for one that lies on a track.
+    /// another model, and for one that is held already.
     UnifiedClip(boost::shared_ptr<Media> audio, boost::shared_ptr<VisualMedia> visual);
+    UnifiedClip(const UnifiedClip& other);
 
     void accessInternals(const Accessor& access) const override;
 
@@ -48,6 +52,9 @@ private:
 /// which they are placed; it does not cut them off.
 class KESTO_EXPORT GroupMedia final : public VisualMediaOf<VisualMedia> {
 public:
+    GroupMedia() = default;
+    GroupMedia(const GroupMedia& other);
+
     /// On top of the others. Throws std::invalid_argument for an empty pointer, a track that is in a mixer or
     /// a group, and one that holds this group.
     void addTrack(const boost::shared_ptr<TrackModel>& track);

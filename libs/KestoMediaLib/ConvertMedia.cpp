@@ -1,7 +1,5 @@
 #include "platform/KestoMediaModel.h"
 
-#include <boost/pointer_cast.hpp>
-
 #include <utility>
 
 namespace KestoMediaLibUtl {
@@ -10,7 +8,10 @@ ConvertMedia::ConvertMedia(boost::shared_ptr<const KestoMediaLib::Media> source)
     : media(std::move(source)) {}
 
 boost::shared_ptr<const KestoMediaLib::Callout> ConvertMedia::GetCallout() const {
-    return boost::dynamic_pointer_cast<const KestoMediaLib::Callout>(media);
+    KestoMediaLib::MediaTypeFromMediaDispatcher type;
+    if (media)
+        media->accept(type);
+    return type.GetCallout();
 }
 
 } // namespace KestoMediaLibUtl

@@ -14,10 +14,11 @@ public:
     virtual ~EditableMedia() = default;
 
     const MediaSpan& span() const { return playing; }
-    /// Throws std::invalid_argument for a negative duration or a play rate that is not above 0.
+    /// Throws std::invalid_argument for a negative duration, a play rate that is not above 0, and for times
+    /// beyond `longestModelTime`.
     void setSpan(const MediaSpan& span);
 
-    /// A copy, with copies of its parts, on no track.
+    /// A copy, with copies of its parts, that nothing holds.
     virtual boost::shared_ptr<Media> clone() const = 0;
 
 protected:
@@ -29,10 +30,11 @@ protected:
     const boost::weak_ptr<const Track>& track() const { return owner; }
 
 private:
-    friend class TrackModel;
+    friend class MediaHold;
 
     MediaSpan playing;
     boost::weak_ptr<const Track> owner;
+    bool held = false;
 };
 
 /// What each media of this model has that can be seen.

@@ -5,6 +5,9 @@
 
 namespace KestoMediaLib {
 
+/// No time of a media lies farther from 0: about a hundred years.
+constexpr __int64 longestModelTime = __int64{1} << 61;
+
 /// When a media plays, in model time on the timeline that holds it, and what of its content.
 ///
 ///     timeline:      start [-------- duration --------)

@@ -12,8 +12,8 @@ namespace KestoMediaLib {
 /// Always owned by a `boost::shared_ptr`, as mixers are: what lies in it points back.
 class KESTO_EXPORT TrackModel final : public Track, public boost::enable_shared_from_this<TrackModel> {
 public:
-    /// Throws std::invalid_argument for an empty pointer, a media of another model, and one that lies on a
-    /// track already.
+    /// Throws std::invalid_argument for an empty pointer, a media of another model, and one that something
+    /// holds already.
     void addMedia(const boost::shared_ptr<Media>& media);
     void setHidden(bool hidden) { isHidden = hidden; }
 
@@ -31,7 +31,7 @@ private:
     std::vector<boost::shared_ptr<Media>> content;
     boost::weak_ptr<const Mixer> owner;
     bool isHidden = false;
-    bool inGroup = false;
+    bool held = false;
 };
 
 class KESTO_EXPORT MixerModel final : public Mixer, public boost::enable_shared_from_this<MixerModel> {

@@ -55,7 +55,8 @@ public:
     /// `track` is that of all copies, counted from 0 at the bottom. -1 makes new tracks on top: one for each
     /// track that the media came from, in their order.
     /// `mixer` must be that of `project`. Throws std::invalid_argument for an empty pointer, another mixer,
-    /// or a track below -1; `execute` throws it for a track that is not there.
+    /// or a track below -1, or a position beyond a hundred years; `execute` throws it for a track that is not
+    /// there.
     static boost::shared_ptr<PasteClippingCmd> create(const boost::shared_ptr<const Clipping>& clipping,
                                                       const boost::shared_ptr<Project>& project,
                                                       const boost::shared_ptr<const Mixer>& mixer,

@@ -3,6 +3,8 @@
 #include "platform/Export.h"
 
 #include <array>
+#include <cmath>
+#include <numbers>
 
 namespace KestoMediaLib {
 
@@ -39,6 +41,22 @@ public:
         result.rows[0][3] = by.x;
         result.rows[1][3] = by.y;
         result.rows[2][3] = by.z;
+        return result;
+    }
+
+    /// About the origin, clockwise as seen with y downwards. Exact for quarter turns.
+    static TransformMatrix rotate(double degrees) {
+        const double turn = std::remainder(degrees, 360);
+        const double radians = turn * (std::numbers::pi / 180);
+        const bool upright = std::remainder(turn, 180) == 0;
+        const bool sideways = !upright && std::remainder(turn, 90) == 0;
+        const double sine = upright ? 0 : std::sin(radians);
+        const double cosine = sideways ? 0 : std::cos(radians);
+        TransformMatrix result;
+        result.rows[0][0] = cosine;
+        result.rows[0][1] = -sine;
+        result.rows[1][0] = sine;
+        result.rows[1][1] = cosine;
         return result;
     }
 

@@ -9,6 +9,7 @@ class ConstMediaDispatcher;
 class Media;
 class Mixer;
 class Project;
+class ProjectModel;
 class SafeRational;
 class Timeline;
 class Track;

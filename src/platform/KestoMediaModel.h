@@ -66,7 +66,7 @@ public:
     boost::shared_ptr<Project> project() const;
 
 private:
-    boost::shared_ptr<Project> shared;
+    boost::shared_ptr<ProjectModel> shared;
 };
 
 } // namespace KestoMediaLib
