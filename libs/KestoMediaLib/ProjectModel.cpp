@@ -49,7 +49,8 @@ TimelineModel::TimelineModel()
 ProjectModel::ProjectModel(const boost::rational<unsigned long>& frameRate)
     : rate(frameRate)
     , content(boost::make_shared<TimelineModel>()) {
-    if (rate == 0UL)
+    // Comparing a boost::rational with a number calls itself for ever in C++20.
+    if (rate.numerator() == 0)
         throw std::invalid_argument("ProjectModel: the frame rate is 0");
 }
 

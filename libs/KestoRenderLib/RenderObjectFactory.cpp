@@ -1,13 +1,14 @@
-#include "platform/KestoRenderProject.h"
+#include "KestoRenderLib/project/RenderObjects.h"
+
+#include <boost/make_shared.hpp>
 
 namespace KestoRenderLib {
-
-class RenderObjectFactory::Objects {};
 
 RenderObjectFactory::RenderObjectFactory(boost::shared_ptr<IDrawingManager>,
                                          boost::shared_ptr<const KestoMediaLib::Project>,
                                          boost::shared_ptr<IRenderState>,
-                                         boost::shared_ptr<QRLVST::IVSTLibrary>) {}
+                                         boost::shared_ptr<QRLVST::IVSTLibrary>)
+    : made(boost::make_shared<Objects>()) {}
 
 RenderObjectFactory::~RenderObjectFactory() = default;
 

@@ -1,0 +1,22 @@
+#include "engine/ffmpeg/Deadline.h"
+
+#include "engine/ffmpeg/Environment.h"
+
+#include <algorithm>
+
+namespace EngineBackend {
+
+namespace {
+
+constexpr std::int64_t defaultLimitInMs = 30'000;
+constexpr std::int64_t longestLimitInMs = 1'000'000'000;
+
+} // namespace
+
+Deadline::Deadline()
+    : allowed(std::min(positiveFromEnvironment("KESTO_VIDEO_TIME_LIMIT_MS", defaultLimitInMs),
+                       longestLimitInMs)) {
+    begin();
+}
+
+} // namespace EngineBackend

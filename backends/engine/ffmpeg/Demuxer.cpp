@@ -1,0 +1,181 @@
+#include "engine/ffmpeg/Demuxer.h"
+
+#include "engine/ffmpeg/StreamFactsReader.h"
+
+#include <fmt/format.h>
+
+extern "C" {
+#include <libavformat/avformat.h>
+#include <libavutil/mem.h>
+}
+
+#include <algorithm>
+#include <new>
+#include <string_view>
+
+namespace EngineBackend {
+
+namespace {
+
+// Left out are play lists and other formats that lead to further files, single pictures, and plain text.
+constexpr auto containers =
+    "mov,mp4,m4a,3gp,3g2,mj2,matroska,webm,avi,mpegts,mpegtsraw,mpeg,vob,asf,asf_o,flv,"
+    "live_flv,ogg,nut,mxf,gxf,lxf,dv,rm,wtv,ivf,obu,h264,hevc,vvc,m4v,mpegvideo,mjpeg,"
+    "mjpeg_2000,vc1,vc1test,av1,h263,dirac,cavsvideo,yuv4mpegpipe,swf,nsv,roq,bink,"
+    "smk,fli,avs,amv,ea,thp,4xm,wav,w64,mp3,aac,ac3,eac3,flac,aiff,caf,amr,dts,ape,tta,"
+    "wv,au,gif,apng,webp_anim,r3d,ty,pva,film_cpk,mtv,mv,mvi,rl2,bfi,c93,dxa,hnm,idcin";
+
+int refuseFurtherFile(AVFormatContext*, AVIOContext** io, const char*, int, AVDictionary**) noexcept {
+    *io = nullptr;
+    return AVERROR(EACCES);
+}
+
+int mustStop(void* deadline) noexcept {
+    return static_cast<const Deadline*>(deadline)->isPassed() ? 1 : 0;
+}
+
+std::string textOf(int error) {
+    char text[AV_ERROR_MAX_STRING_SIZE] = {};
+    av_strerror(error, text, sizeof text);
+    return text;
+}
+
+} // namespace
+
+Demuxer::Demuxer(std::unique_ptr<IByteSource> bytes, const std::string& name)
+    : sourceName(name)
+    , source(std::move(bytes))
+    , limited{*source, limit} {}
+
+Demuxer::~Demuxer() = default;
+
+Result<std::unique_ptr<Demuxer>> Demuxer::open(std::unique_ptr<IByteSource> source, const std::string& name) {
+    std::unique_ptr<Demuxer> demuxer(new Demuxer(std::move(source), name));
+    if (auto opened = demuxer->openContext(); !opened)
+        return tl::unexpected(opened.error());
+    if (auto completed = demuxer->completeFacts(); !completed)
+        return tl::unexpected(completed.error());
+    return demuxer;
+}
+
+Result<void> Demuxer::openContext() {
+    context.reset();
+    io = makeSourceIo(limited);
+    AVFormatContext* opening = avformat_alloc_context();
+    if (!opening)
+        throw std::bad_alloc();
+    opening->pb = io.get();
+    opening->io_open = &refuseFurtherFile;
+    opening->interrupt_callback = {&mustStop, &limit};
+    opening->format_whitelist = av_strdup(containers);
+    const int status = avformat_open_input(&opening, sourceName.c_str(), nullptr, nullptr);
+    context.reset(opening);
+    if (status == AVERROR(ENOMEM))
+        return failure(ErrorKind::TooLarge, fmt::format("{}: not enough memory to open it", sourceName));
+    if (limit.isPassed())
+        return failure(ErrorKind::OutOfTime, fmt::format("{}: opening it took too long", sourceName));
+    if (status < 0)
+        return failure(ErrorKind::NotMedia, fmt::format("{}: a container of video or audio is expected ({})",
+                                                        sourceName, textOf(status)));
+    return {};
+}
+
+Result<void> Demuxer::completeFacts() {
+    if (!isHeaderComplete(*context))
+        // A failure leaves facts that the header told; whether they are enough is for the reader to find out.
+        (void)avformat_find_stream_info(context.get(), nullptr);
+    if (limit.isPassed())
+        return failure(ErrorKind::OutOfTime, fmt::format("{}: looking into it took too long", sourceName));
+    readFacts();
+    return {};
+}
+
+void Demuxer::readFacts() {
+    origins = findOrigins(*context);
+    for (unsigned i = 0; i < context->nb_streams; ++i) {
+        StreamFacts& read = facts.emplace_back(readStreamFacts(*context, *context->streams[i]));
+        read.startTime -= read.timeBase * origins[i];
+    }
+}
+
+std::string Demuxer::format() const {
+    return context->iformat->name;
+}
+
+TimeStamps Demuxer::timeStamps() const {
+    const bool hasNone = (context->iformat->flags & AVFMT_NOTIMESTAMPS) != 0;
+    return hasNone || std::string_view(context->iformat->name) == "avi" ? TimeStamps::DecodeOnly
+                                                                        : TimeStamps::Presentation;
+}
+
+std::optional<Rational> Demuxer::duration() const {
+    if (context->duration == AV_NOPTS_VALUE || context->duration < 0)
+        return std::nullopt;
+    return Rational(context->duration, AV_TIME_BASE);
+}
+
+const AVStream& Demuxer::stream(int index) const {
+    return *context->streams[index];
+}
+
+void Demuxer::selectStream(int index) {
+    selected = index;
+    for (unsigned i = 0; i < context->nb_streams; ++i)
+        context->streams[i]->discard = static_cast<int>(i) == index ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+}
+
+PacketPtr Demuxer::readPacket() {
+    PacketPtr packet = makePacket();
+    while (!limit.isPassed() && av_read_frame(context.get(), packet.get()) >= 0) {
+        if (packet->stream_index == selected)
+            return packet;
+        av_packet_unref(packet.get());
+    }
+    return nullptr;
+}
+
+bool Demuxer::seekBefore(int index, std::int64_t ticks) {
+    return av_seek_frame(context.get(), index, ticks, AVSEEK_FLAG_BACKWARD) >= 0;
+}
+
+bool Demuxer::rewind() {
+    if (seekToFirstPacket())
+        return true;
+    // A container that can't seek is read again from its beginning.
+    if (!source->seek(0))
+        return false;
+    const int stream = selected;
+    if (!openContext() || context->nb_streams <= static_cast<unsigned>(std::max(stream, 0)))
+        return false;
+    selectStream(stream);
+    return true;
+}
+
+bool Demuxer::seekToFirstPacket() {
+    const AVStream& stream = *context->streams[selected];
+    const AVIndexEntry* first = avformat_index_get_entry(context->streams[selected], 0);
+    if (first && (context->iformat->flags & AVFMT_GENERIC_INDEX) == 0)
+        return seekBefore(selected, first->timestamp);
+    if ((context->iformat->flags & AVFMT_NO_BYTE_SEEK) == 0)
+        return av_seek_frame(context.get(), selected, 0, AVSEEK_FLAG_BYTE) >= 0;
+    return seekBefore(selected, stream.start_time != AV_NOPTS_VALUE ? stream.start_time : 0);
+}
+
+std::optional<std::int64_t> Demuxer::indexedKeyFrame(int index, std::int64_t ticks) const {
+    const AVIndexEntry* entry =
+        avformat_index_get_entry_from_timestamp(context->streams[index], ticks, AVSEEK_FLAG_BACKWARD);
+    return entry ? std::optional(entry->timestamp) : std::nullopt;
+}
+
+std::vector<std::int64_t> Demuxer::keyFrameTicks(int index) const {
+    std::vector<std::int64_t> ticks;
+    const int count = avformat_index_get_entries_count(context->streams[index]);
+    for (int i = 0; i < count; ++i) {
+        const AVIndexEntry* entry = avformat_index_get_entry(context->streams[index], i);
+        if (entry && (entry->flags & AVINDEX_KEYFRAME) != 0)
+            ticks.push_back(entry->timestamp);
+    }
+    return ticks;
+}
+
+} // namespace EngineBackend

@@ -1,0 +1,150 @@
+#include "engine/ffmpeg/OrderedSearch.h"
+
+#include "engine/ffmpeg/Demuxer.h"
+#include "engine/ffmpeg/SeekSteps.h"
+
+extern "C" {
+#include <libavcodec/packet.h>
+#include <libavformat/avformat.h>
+#include <libavutil/frame.h>
+}
+
+#include <algorithm>
+
+namespace EngineBackend {
+
+namespace {
+
+constexpr std::int64_t nearbySeconds = 3;
+
+std::int64_t ticksOfOneFrame(const AVStream& stream) {
+    const AVRational rate = stream.avg_frame_rate;
+    if (rate.num <= 0 || rate.den <= 0)
+        return 1;
+    return std::max<std::int64_t>(av_rescale_q(1, {rate.den, rate.num}, stream.time_base), 1);
+}
+
+} // namespace
+
+OrderedSearch::OrderedSearch(Demuxer& source, VideoDecoder& frames, int streamIndex)
+    : demuxer(&source)
+    , decoder(&frames)
+    , stream(streamIndex)
+    , frameTicks(ticksOfOneFrame(source.stream(streamIndex))) {}
+
+std::optional<FoundFrame> OrderedSearch::find(std::int64_t target) {
+    if (canGoForward(target))
+        return walkTo(target);
+    return seekFor(target);
+}
+
+std::optional<FoundFrame> OrderedSearch::findFirst() {
+    if (!demuxer->rewind())
+        return std::nullopt;
+    restart(/*isFirstPacket=*/true);
+    if (!next)
+        next = nextFrame();
+    isPlaced = next.has_value();
+    return next;
+}
+
+bool OrderedSearch::canGoForward(std::int64_t target) const {
+    if (!isPlaced || target < (current ? current->start : next->start))
+        return false;
+    if (next && target < next->start)
+        return true;
+    if (!lastRead)
+        return true;
+    if (const auto key = demuxer->indexedKeyFrame(stream, target))
+        return *key <= *lastRead;
+    const std::int64_t nearby = av_rescale_q(nearbySeconds, {1, 1}, demuxer->stream(stream).time_base);
+    return target - *lastRead <= nearby;
+}
+
+std::optional<FoundFrame> OrderedSearch::seekFor(std::int64_t target) {
+    SeekSteps steps(*demuxer, stream, target);
+    while (!demuxer->deadline().isPassed() && steps.goBack()) {
+        restart(steps.isAtStart());
+        if (auto found = walkTo(target))
+            return found;
+        steps.cameTo(firstRead);
+    }
+    return std::nullopt;
+}
+
+std::optional<FoundFrame> OrderedSearch::walkTo(std::int64_t target) {
+    if (!next)
+        next = nextFrame();
+    while (next && next->start <= target) {
+        current = std::move(next);
+        next = nextFrame();
+    }
+    isPlaced = current || (atStart && next);
+    if (!current)
+        return atStart ? next : std::nullopt;
+    if (next)
+        current->end = next->start;
+    return current;
+}
+
+void OrderedSearch::restart(bool isFirstPacket) {
+    decoder->flush();
+    isPlaced = false;
+    atStart = isFirstPacket;
+    awaitsKey = !isFirstPacket;
+    isEndSent = false;
+    lastStart.reset();
+    firstRead.reset();
+    lastRead.reset();
+    current.reset();
+    next.reset();
+}
+
+std::optional<FoundFrame> OrderedSearch::nextFrame() {
+    FramePtr frame = makeFrame();
+    while (!demuxer->deadline().isPassed()) {
+        switch (decoder->receive(*frame)) {
+        case DecodeStatus::Frame:
+            awaitsKey = awaitsKey && !isKeyFrame(*frame);
+            if (!awaitsKey)
+                return timed(std::move(frame));
+            break;
+        case DecodeStatus::NeedsInput:
+            feed();
+            break;
+        case DecodeStatus::Skipped:
+            break;
+        case DecodeStatus::End:
+            return std::nullopt;
+        }
+    }
+    return std::nullopt;
+}
+
+void OrderedSearch::feed() {
+    const PacketPtr packet = isEndSent ? nullptr : demuxer->readPacket();
+    if (!packet) {
+        isEndSent = true;
+        decoder->sendEnd();
+        return;
+    }
+    const std::int64_t ticks = packet->dts != AV_NOPTS_VALUE ? packet->dts : packet->pts;
+    if (ticks != AV_NOPTS_VALUE) {
+        lastRead = ticks;
+        firstRead = firstRead.value_or(ticks);
+    }
+    if ((packet->flags & AV_PKT_FLAG_CORRUPT) == 0)
+        decoder->send(*packet, Discard::Nothing);
+}
+
+FoundFrame OrderedSearch::timed(FramePtr frame) {
+    const std::int64_t guessed =
+        lastStart ? *lastStart + frameTicks : firstRead.value_or(demuxer->originOf(stream));
+    const std::int64_t told = frame->best_effort_timestamp;
+    const bool isUsable = told != AV_NOPTS_VALUE && (!lastStart || told > *lastStart);
+    const std::int64_t start = isUsable ? told : guessed;
+    lastStart = start;
+    return FoundFrame{std::move(frame), start, start + frameTicks};
+}
+
+} // namespace EngineBackend

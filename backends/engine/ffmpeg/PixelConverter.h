@@ -1,0 +1,28 @@
+#pragma once
+
+#include "engine/Engine.h"
+#include "engine/EngineError.h"
+#include "engine/StreamFacts.h"
+#include "engine/ffmpeg/Handles.h"
+
+#include <memory>
+
+namespace EngineBackend {
+
+/// Makes pictures of decoded frames: colours by the frame's own matrix and range, scaled, turned upright.
+class PixelConverter {
+public:
+    /// `size` is that of the upright picture. `TooLarge` beyond the pixel budget or without memory.
+    Result<std::shared_ptr<const Picture>> convert(const AVFrame& frame, PictureSize size,
+                                                   const Orientation& orientation);
+
+private:
+    Result<void> scale(const AVFrame& frame, PictureSize size, std::uint8_t* pixels);
+    Result<void> scaleOpaque(const AVFrame& frame, PictureSize size, std::uint8_t* pixels);
+    Result<void> scaleTransparent(const AVFrame& frame, PictureSize size, std::uint8_t* pixels);
+
+    ScalerPtr fromFrame;       ///< kept from the last frame, which was most likely of the same kind
+    ScalerPtr fromTransparent; ///< premultiplied pixels to their size
+};
+
+} // namespace EngineBackend

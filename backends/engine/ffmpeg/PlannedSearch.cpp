@@ -1,0 +1,162 @@
+#include "engine/ffmpeg/PlannedSearch.h"
+
+#include "engine/ffmpeg/Demuxer.h"
+#include "engine/ffmpeg/SeekSteps.h"
+
+extern "C" {
+#include <libavcodec/packet.h>
+#include <libavformat/avformat.h>
+#include <libavutil/frame.h>
+}
+
+#include <algorithm>
+
+namespace EngineBackend {
+
+namespace {
+
+/// As many frames are decoded sooner than a decoder that was flushed gives its first.
+constexpr std::size_t cheapDistance = 4;
+
+/// Without an index: how far ahead reading on costs less than searching.
+constexpr std::int64_t nearbySeconds = 3;
+
+} // namespace
+
+PlannedSearch::PlannedSearch(Demuxer& source, VideoDecoder& frames, int streamIndex)
+    : demuxer(&source)
+    , decoder(&frames)
+    , stream(streamIndex)
+    , window(source) {}
+
+std::optional<FoundFrame> PlannedSearch::find(std::int64_t target) {
+    const bool goesOn = canGoForward(target);
+    const bool isReady = goesOn && !isDrained ? goForward(target) : seekFor(target);
+    // A frame that follows in the same group of pictures announces more of them, for which the decoder has to
+    // keep its state. The first frame of all is fetched with the least work.
+    isSequence = goesOn;
+    isPlaced = false;
+    if (!isReady)
+        return std::nullopt;
+    const std::optional<FramePlan> plan = planFor(target);
+    if (!plan)
+        return std::nullopt;
+    std::optional<FoundFrame> found = decode(*plan, isSequence);
+    isPlaced = found.has_value();
+    lastShown = plan->start;
+    return found;
+}
+
+bool PlannedSearch::canGoForward(std::int64_t target) const {
+    if (!isPlaced || target < lastShown || !window.lastTicks())
+        return false;
+    if (const auto key = demuxer->indexedKeyFrame(stream, target))
+        return *key <= *window.lastTicks();
+    const std::int64_t nearby = av_rescale_q(nearbySeconds, {1, 1}, demuxer->stream(stream).time_base);
+    return target - *window.lastTicks() <= nearby;
+}
+
+bool PlannedSearch::goForward(std::int64_t target) {
+    if (!window.readFor(target, /*dropsBeforeKey=*/false))
+        return false;
+    const auto key = window.keyFor(target);
+    if (key && *key > cheapDistance) {
+        window.dropFront(*key);
+        restartDecoder();
+    }
+    return true;
+}
+
+bool PlannedSearch::seekFor(std::int64_t target) {
+    SeekSteps steps(*demuxer, stream, target);
+    while (steps.goBack()) {
+        window.restart(steps.isAtStart());
+        restartDecoder();
+        if (!window.readFor(target, /*dropsBeforeKey=*/true))
+            return false;
+        if (isPlaceGoodFor(target))
+            return true;
+        if (steps.isAtStart() && window.earliestStart())
+            return window.readFor(*window.earliestStart(), /*dropsBeforeKey=*/false);
+        steps.cameTo(window.firstTicks());
+    }
+    return false;
+}
+
+bool PlannedSearch::isPlaceGoodFor(std::int64_t target) const {
+    const auto plan = window.planFor(target);
+    return plan && (window.beginsAtStart() || (window.front().isKey && window.front().start <= plan->start));
+}
+
+void PlannedSearch::restartDecoder() {
+    decoder->flush();
+    inFlight.clear();
+    isDrained = false;
+}
+
+std::optional<FramePlan> PlannedSearch::planFor(std::int64_t target) const {
+    std::optional<FramePlan> plan = window.planFor(target);
+    for (const Flight& flight : inFlight) {
+        if (!flight.mayBeShown)
+            continue;
+        if (flight.start <= target && (!plan || flight.start > plan->start))
+            plan = {flight.start, plan && plan->end > flight.start ? plan->end : flight.end};
+    }
+    if (plan) {
+        for (const Flight& flight : inFlight)
+            if (flight.mayBeShown && flight.start > target)
+                plan->end = plan->end > plan->start ? std::min(plan->end, flight.start) : flight.start;
+        return plan;
+    }
+    // Before the start the first frame is shown.
+    const auto earliest = window.beginsAtStart() ? window.earliestStart() : std::nullopt;
+    return earliest ? window.planFor(*earliest) : std::nullopt;
+}
+
+std::optional<FoundFrame> PlannedSearch::decode(const FramePlan& plan, bool keepsGoing) {
+    FramePtr frame = makeFrame();
+    wasTargetSent = std::any_of(inFlight.begin(), inFlight.end(),
+                                [&](const Flight& flight) { return flight.start == plan.start; });
+    while (!demuxer->deadline().isPassed()) {
+        switch (decoder->receive(*frame)) {
+        case DecodeStatus::Frame:
+            std::erase_if(inFlight, [&](const Flight& flight) { return flight.start <= frame->pts; });
+            if (frame->pts == plan.start)
+                return FoundFrame{std::move(frame), plan.start, plan.end};
+            if (frame->pts > plan.start)
+                return std::nullopt;
+            break;
+        case DecodeStatus::NeedsInput:
+            feed(plan, keepsGoing);
+            break;
+        case DecodeStatus::Skipped:
+            break;
+        case DecodeStatus::End:
+            return std::nullopt;
+        }
+    }
+    return std::nullopt;
+}
+
+void PlannedSearch::feed(const FramePlan& plan, bool keepsGoing) {
+    const bool isDone = wasTargetSent && !keepsGoing;
+    if (!isDone && window.isEmpty())
+        (void)window.readOne();
+    if (isDone || window.isEmpty()) {
+        decoder->sendEnd();
+        isDrained = true;
+        return;
+    }
+    const std::int64_t start = window.front().start;
+    wasTargetSent = wasTargetSent || start == plan.start;
+    const bool isNeeded = start == plan.start || (keepsGoing && start > plan.start);
+    sendFront(isNeeded ? Discard::Nothing : Discard::NonReference);
+}
+
+void PlannedSearch::sendFront(Discard discard) {
+    const QueuedPacket sent = window.takeFront();
+    decoder->send(*sent.packet, discard);
+    inFlight.push_back({sent.start, sent.end, sent.isShown && discard == Discard::Nothing});
+}
+
+} // namespace EngineBackend

@@ -1,0 +1,80 @@
+#include "KestoRenderLib/project/ImageSource.h"
+
+#include "KestoRenderLib/project/WidePath.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+namespace KestoRenderLib {
+
+namespace {
+
+/// By the value of the tag (CIPA DC-008, Orientation); 0 is no orientation.
+constexpr std::array<Gdiplus::RotateFlipType, 9> turnByOrientation = {
+    Gdiplus::RotateNoneFlipNone, Gdiplus::RotateNoneFlipNone, Gdiplus::RotateNoneFlipX,
+    Gdiplus::Rotate180FlipNone,  Gdiplus::Rotate180FlipX,     Gdiplus::Rotate90FlipX,
+    Gdiplus::Rotate90FlipNone,   Gdiplus::Rotate270FlipX,     Gdiplus::Rotate270FlipNone,
+};
+
+Gdiplus::RotateFlipType turnOf(Gdiplus::Bitmap& bitmap) {
+    constexpr UINT longestItem = 64; // a tag of one number; a longer one is none
+    const UINT size = bitmap.GetPropertyItemSize(PropertyTagOrientation);
+    alignas(Gdiplus::PropertyItem) std::array<std::byte, longestItem> buffer{};
+    auto* item = reinterpret_cast<Gdiplus::PropertyItem*>(buffer.data());
+    if (size < sizeof(Gdiplus::PropertyItem) || size > longestItem ||
+        bitmap.GetPropertyItem(PropertyTagOrientation, size, item) != Gdiplus::Ok)
+        return Gdiplus::RotateNoneFlipNone;
+    std::uint16_t orientation = 0;
+    if (item->length >= sizeof orientation)
+        std::memcpy(&orientation, item->value, sizeof orientation);
+    return orientation < turnByOrientation.size() ? turnByOrientation[orientation]
+                                                  : Gdiplus::RotateNoneFlipNone;
+}
+
+} // namespace
+
+ImageSource::ImageSource(const std::string& path)
+    : file(Gdiplus::Bitmap::FromFile(widePath(path).c_str(), /*useEmbeddedColorManagement=*/TRUE)) {
+    if (file->GetLastStatus() != Gdiplus::Ok) {
+        file.reset();
+        return;
+    }
+    (void)file->RotateFlip(turnOf(*file)); // a picture that can't be turned is shown as it lies
+    upright = {static_cast<std::int32_t>(file->GetWidth()), static_cast<std::int32_t>(file->GetHeight())};
+}
+
+boost::shared_ptr<MetaBitmap> ImageSource::picture(const KestoRenderLib::Size& wanted) {
+    if (made && made->Size() == wanted)
+        return made;
+    auto drawn = file ? MetaBitmap::Create(wanted, PixelFormat::Premultiplied32) : boost::shared_ptr<MetaBitmap>();
+    if (!drawn || !draw(*drawn))
+        return {};
+    made = drawn;
+    return drawn;
+}
+
+bool ImageSource::draw(MetaBitmap& target) {
+    const auto bitmap = target.AsGdiplusBitmap();
+    Gdiplus::Graphics graphics(bitmap.get());
+    graphics.SetInterpolationMode(Gdiplus::InterpolationModeHighQualityBicubic);
+    graphics.DrawImage(file.get(), Gdiplus::Rect(0, 0, target.GetWidth(), target.GetHeight()), 0, 0,
+                       upright.width, upright.height, Gdiplus::UnitPixel);
+    ++draws;
+    // Pixels are decoded late, and a damaged file shows only now.
+    if (file->ForceValidation() == Gdiplus::Ok && graphics.GetLastStatus() == Gdiplus::Ok)
+        return true;
+    file.reset();
+    return false;
+}
+
+std::size_t ImageSource::bytes() const {
+    constexpr std::size_t bytesPerPixel = 4;
+    const auto bytesOf = [](const KestoRenderLib::Size& size) {
+        return static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height) * bytesPerPixel;
+    };
+    return (made ? bytesOf(made->Size()) : 0) + (file && draws > 1 ? bytesOf(upright) : 0);
+}
+
+} // namespace KestoRenderLib
