@@ -103,9 +103,10 @@ std::string Demuxer::format() const {
 }
 
 TimeStamps Demuxer::timeStamps() const {
-    const bool hasNone = (context->iformat->flags & AVFMT_NOTIMESTAMPS) != 0;
-    return hasNone || std::string_view(context->iformat->name) == "avi" ? TimeStamps::DecodeOnly
-                                                                        : TimeStamps::Presentation;
+    const std::string_view name = context->iformat->name;
+    if ((context->iformat->flags & AVFMT_NOTIMESTAMPS) != 0 || name == "avi")
+        return TimeStamps::DecodeOnly;
+    return name == "mpeg" || name == "mpegts" ? TimeStamps::Sparse : TimeStamps::Presentation;
 }
 
 std::optional<Rational> Demuxer::duration() const {

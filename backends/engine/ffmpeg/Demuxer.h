@@ -21,6 +21,7 @@ namespace EngineBackend {
 /// What the container promises of the time stamps of its packets.
 enum class TimeStamps {
     Presentation, ///< packets say when they are shown, as a rule
+    Sparse,       ///< some packets do, and the stamps of others are made up behind them
     DecodeOnly,   ///< packets are numbered in the order in which they are decoded
 };
 

@@ -14,7 +14,7 @@ FrameFinder::FrameFinder(Demuxer& source, VideoDecoder& frames, int streamIndex)
     , stream(streamIndex)
     , planned(source, frames, streamIndex)
     , ordered(source, frames, streamIndex)
-    , mayPlan(source.timeStamps() == TimeStamps::Presentation) {}
+    , mayPlan(source.timeStamps() != TimeStamps::DecodeOnly) {}
 
 std::optional<FoundFrame> FrameFinder::find(std::int64_t ticks) {
     if (demuxer->streams()[static_cast<std::size_t>(stream)].video.isAttachedPicture)

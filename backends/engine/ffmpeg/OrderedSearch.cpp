@@ -30,6 +30,7 @@ OrderedSearch::OrderedSearch(Demuxer& source, VideoDecoder& frames, int streamIn
     : demuxer(&source)
     , decoder(&frames)
     , stream(streamIndex)
+    , isSparse(source.timeStamps() == TimeStamps::Sparse)
     , frameTicks(ticksOfOneFrame(source.stream(streamIndex))) {}
 
 std::optional<FoundFrame> OrderedSearch::find(std::int64_t target) {
@@ -105,8 +106,7 @@ std::optional<FoundFrame> OrderedSearch::nextFrame() {
     while (!demuxer->deadline().isPassed()) {
         switch (decoder->receive(*frame)) {
         case DecodeStatus::Frame:
-            awaitsKey = awaitsKey && !isKeyFrame(*frame);
-            if (!awaitsKey)
+            if (canPlace(*frame))
                 return timed(std::move(frame));
             break;
         case DecodeStatus::NeedsInput:
@@ -121,6 +121,17 @@ std::optional<FoundFrame> OrderedSearch::nextFrame() {
     return std::nullopt;
 }
 
+bool OrderedSearch::canPlace(const AVFrame& frame) {
+    awaitsKey = awaitsKey && !isKeyFrame(frame);
+    const bool isFirstAfterSeek = !lastStart && !atStart;
+    return !awaitsKey && !(isFirstAfterSeek && toldStart(frame) == AV_NOPTS_VALUE);
+}
+
+/// Made-up stamps lead astray behind a seek, so they are kept from the decoder where there are some.
+std::int64_t OrderedSearch::toldStart(const AVFrame& frame) const {
+    return isSparse ? frame.pts : frame.best_effort_timestamp;
+}
+
 void OrderedSearch::feed() {
     const PacketPtr packet = isEndSent ? nullptr : demuxer->readPacket();
     if (!packet) {
@@ -133,18 +144,21 @@ void OrderedSearch::feed() {
         lastRead = ticks;
         firstRead = firstRead.value_or(ticks);
     }
+    if (isSparse && packet->pos < 0)
+        packet->pts = packet->dts = AV_NOPTS_VALUE;
     if ((packet->flags & AV_PKT_FLAG_CORRUPT) == 0)
         decoder->send(*packet, Discard::Nothing);
 }
 
 FoundFrame OrderedSearch::timed(FramePtr frame) {
     const std::int64_t guessed =
-        lastStart ? *lastStart + frameTicks : firstRead.value_or(demuxer->originOf(stream));
-    const std::int64_t told = frame->best_effort_timestamp;
+        lastStart ? *lastStart + lastDuration : firstRead.value_or(demuxer->originOf(stream));
+    const std::int64_t told = toldStart(*frame);
     const bool isUsable = told != AV_NOPTS_VALUE && (!lastStart || told > *lastStart);
     const std::int64_t start = isUsable ? told : guessed;
     lastStart = start;
-    return FoundFrame{std::move(frame), start, start + frameTicks};
+    lastDuration = frameTicks * (2 + frame->repeat_pict) / 2;
+    return FoundFrame{std::move(frame), start, start + lastDuration};
 }
 
 } // namespace EngineBackend

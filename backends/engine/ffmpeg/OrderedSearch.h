@@ -30,7 +30,9 @@ private:
     std::optional<FoundFrame> walkTo(std::int64_t target);
     void restart(bool isFirstPacket);
     std::optional<FoundFrame> nextFrame();
+    bool canPlace(const AVFrame& frame);
     void feed();
+    std::int64_t toldStart(const AVFrame& frame) const;
     FoundFrame timed(FramePtr frame);
 
     Demuxer* demuxer;
@@ -40,6 +42,8 @@ private:
     bool atStart = false;
     bool awaitsKey = false; ///< frames before the first key frame may lack what they refer to
     bool isEndSent = false;
+    bool isSparse;
+    std::int64_t lastDuration = 0;
     std::int64_t frameTicks; ///< where frames do not tell when they are shown
     std::optional<std::int64_t> lastStart;
     std::optional<std::int64_t> firstRead;

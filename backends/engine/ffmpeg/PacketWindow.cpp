@@ -65,7 +65,9 @@ bool PacketWindow::readOne() {
         atEnd = true;
         return false;
     }
-    const bool tellsStart = packet->pts != AV_NOPTS_VALUE;
+    // A packet without a place of its own was cut out of a larger one, and its stamps are made up.
+    const bool isStamped = demuxer->timeStamps() != TimeStamps::Sparse || packet->pos >= 0;
+    const bool tellsStart = packet->pts != AV_NOPTS_VALUE && isStamped;
     const bool isPossible = packet->dts == AV_NOPTS_VALUE || packet->dts <= packet->pts;
     if (!tellsStart || !isPossible) {
         trusted = false;

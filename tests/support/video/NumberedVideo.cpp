@@ -1,6 +1,6 @@
-// Writes YUV4MPEG2 to a file: `numbered_video FILE WIDTH HEIGHT FRAMES`, frames that carry their number; or
-// `numbered_video FILE bars DEPTH LUMA,CB,CR...`, four equal frames of one bar a colour, 4:2:0 in 8 or 10
-// bits.
+// Writes YUV4MPEG2 to a file: `numbered_video FILE WIDTH HEIGHT FRAMES [RATE]`, frames that carry their
+// number; or `numbered_video FILE bars DEPTH LUMA,CB,CR...`, four equal frames of one bar a colour, 4:2:0 in
+// 8 or 10 bits.
 
 #include "support/FrameNumber.h"
 
@@ -13,12 +13,13 @@
 
 namespace {
 
-void writeHeader(std::ofstream& out, int width, int height, const std::string& colours) {
-    out << "YUV4MPEG2 W" << width << " H" << height << " F25:1 Ip A1:1 C" << colours << '\n';
+void writeHeader(std::ofstream& out, int width, int height, const std::string& colours,
+                 const std::string& rate = "25:1") {
+    out << "YUV4MPEG2 W" << width << " H" << height << " F" << rate << " Ip A1:1 C" << colours << '\n';
 }
 
-void writeNumbers(std::ofstream& out, int width, int height, int frames) {
-    writeHeader(out, width, height, "420jpeg");
+void writeNumbers(std::ofstream& out, int width, int height, int frames, const std::string& rate) {
+    writeHeader(out, width, height, "420jpeg", rate);
     const std::string grey(static_cast<std::size_t>((width + 1) / 2 * ((height + 1) / 2) * 2), '\x80');
     std::string luma(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), '\0');
     for (int number = 0; number < frames; ++number) {
@@ -79,7 +80,8 @@ int main(int count, char** arguments) {
             colours.push_back(parseColour(texts[i]));
         writeBars(out, std::stoi(texts[2]), colours);
     } else {
-        writeNumbers(out, std::stoi(texts[1]), std::stoi(texts[2]), std::stoi(texts[3]));
+        writeNumbers(out, std::stoi(texts[1]), std::stoi(texts[2]), std::stoi(texts[3]),
+                     texts.size() > 4 ? texts[4] : "25:1");
     }
     return out.flush() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
