@@ -73,6 +73,8 @@ void makeThumbnails(const BatchOptions& options, InputSource& inputs, BatchRepor
             break;
         }
     }
+    if (interruption.signal() != 0)
+        reporter.tellInterruption();
     workers.finish();
 }
 
@@ -104,13 +106,21 @@ void checkInputs(const std::vector<std::string>& inputs) {
         throw CLI::ValidationError("INPUT", "expected nothing beside -; a file of that name is ./-");
 }
 
+/// A number of inputs that is never reached: where any number is allowed, CLI11 takes "[a,b]" for two.
+void addInputs(CLI::App& command, std::vector<std::string>& inputs) {
+    constexpr int most = CLI::detail::expected_max_vector_size;
+    command.add_option("INPUT", inputs, "The files to show; - alone reads their names from standard input")
+        ->expected(most, most)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
 } // namespace
 
 void addBatchCommand(CLI::App& program, ExitStatus& status) {
     const auto options = std::make_shared<BatchOptions>();
     CLI::App* command = program.add_subcommand("batch", "Write a thumbnail of each of many inputs");
-    command->add_option("INPUT", options->inputs,
-                        "The files to show; - alone reads them from standard input");
+    addInputs(*command, options->inputs);
     command->add_option("--out-dir", options->outputFolder, "The folder to write into; else the current one")
         ->type_name("DIR")
         ->check(checkFolder);

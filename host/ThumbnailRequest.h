@@ -25,6 +25,9 @@ ThumbReport reportFor(const ThumbnailRequest& request);
 /// Why a request can't be tried at all: by its names, without a look into the input.
 std::optional<Failure> refusalOf(const ThumbnailRequest& request);
 
+/// Why no picture came of an input, after the attempt: it is read anew. Its name is valid UTF-8.
+Failure withoutPicture(const std::string& input);
+
 /// Why the output was not written, after the attempt.
 Failure unwritten(const std::string& output);
 

@@ -1,73 +1,68 @@
 #include "ThumbnailWorker.h"
 
-#include "Paths.h"
+#include "SourceKind.h"
 
-#include <KestoThumbnailer/GdiplusBitmapThumbnailingHelper.h>
 #include <KestoThumbnailer/ImageHelper.h>
-#include <KestoThumbnailer/ThumbnailDiagnosis.h>
+#include <KestoThumbnailer/ThumbnailLoaderJob.h>
 
-#include <chrono>
 #include <exception>
-#include <memory>
 #include <utility>
 
 namespace KestoHost {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using Helper = KestoThumbnailer::GdiplusBitmapThumbnailingHelper;
+using KestoThumbnailer::ThumbnailLoaderJob;
 
-std::optional<Failure> makeThumbnail(const ThumbnailRequest& request, ThumbReport& report) {
-    const std::wstring path = *wideFromUtf8(request.input);
-    const std::unique_ptr<Gdiplus::Bitmap> bitmap(
-        Helper::GetThumbnailForImage(path, request.bounds.width, request.bounds.height));
-    if (!bitmap) {
-        const auto diagnosis = KestoThumbnailer::DiagnoseStillImage(path);
-        return Failure{KestoThumbnailer::WordForReason(diagnosis.reason), diagnosis.sentence,
-                       /*withoutPicture=*/true};
-    }
-    report.width = static_cast<int>(bitmap->GetWidth());
-    report.height = static_cast<int>(bitmap->GetHeight());
-    if (!KestoThumbnailer::ImageHelper::QuickSavePic(bitmap.get(), request.output))
-        return unwritten(request.output);
-    return std::nullopt;
-}
-
-ThumbReport reportOn(const ThumbnailRequest& request) {
-    ThumbReport report = reportFor(request);
-    const Clock::time_point start = Clock::now();
-    try {
-        report.failure = makeThumbnail(request, report);
-    } catch (const std::exception& error) {
-        report.failure = internalFailure(request.input, error.what());
-    }
-    report.milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-    return report;
+ThumbnailLoaderJob jobFor(const ThumbnailRequest& request) {
+    ThumbnailLoaderJob job;
+    job.Reset();
+    job.mediaPath = request.input;
+    job.sourceKind = sourceKindOf(request.input).job;
+    job.width = request.bounds.width;
+    job.height = request.bounds.height;
+    job.times = {request.seconds};
+    job.trackIndex = request.track;
+    return job;
 }
 
 } // namespace
 
 ThumbnailWorker::ThumbnailWorker(Finished whomToTell)
     : finished(std::move(whomToTell))
-    , thread([this] { run(); }) {}
+    , loader(/*pruneDuplicates=*/false) {}
 
-ThumbnailWorker::~ThumbnailWorker() {
-    next.reset();
-    begun.set();
-    thread.join();
+void ThumbnailWorker::begin(ThumbnailRequest next) {
+    start = Clock::now();
+    request = std::move(next);
+    report = reportFor(request);
+    hasPicture = false;
+    ThumbnailLoaderJob job = jobFor(request);
+    job.callback = this;
+    (void)loader.GetThumbnailAsync(job); // only false without an input, which `refusalOf` has refused
 }
 
-void ThumbnailWorker::begin(ThumbnailRequest request) {
-    next = std::move(request);
-    begun.set();
-}
-
-void ThumbnailWorker::run() {
-    for (begun.wait(); next; begun.wait()) {
-        const ThumbnailRequest request = *std::exchange(next, std::nullopt);
-        finished(*this, reportOn(request));
+void ThumbnailWorker::OnLoadedGdiPlusBitmapThumbnail(Gdiplus::Bitmap** bitmap, const ThumbnailLoaderJob&) {
+    hasPicture = true;
+    report.width = static_cast<int>((*bitmap)->GetWidth());
+    report.height = static_cast<int>((*bitmap)->GetHeight());
+    try {
+        if (!KestoThumbnailer::ImageHelper::QuickSavePic(*bitmap, request.output))
+            report.failure = unwritten(request.output);
+    } catch (const std::exception& error) {
+        report.failure = internalFailure(request.input, error.what());
     }
+}
+
+void ThumbnailWorker::OnThumbnailJobFinished(const ThumbnailLoaderJob&) {
+    try {
+        if (!hasPicture)
+            report.failure = withoutPicture(request.input);
+    } catch (const std::exception& error) {
+        report.failure = internalFailure(request.input, error.what());
+    }
+    report.milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    finished(*this, std::exchange(report, {}));
 }
 
 } // namespace KestoHost

@@ -4,7 +4,6 @@
 
 #include <fmt/format.h>
 
-#include <cerrno>
 #include <cstdio>
 
 namespace KestoHost {
@@ -34,40 +33,42 @@ BatchReporter::BatchReporter(bool asJson, std::optional<std::size_t> expected)
 void BatchReporter::tellNumbered(const std::string& input, const std::string& output) {
     const MutexLock held(lock);
     if (hasBar)
-        printForPeopleLocked(fmt::format("{} goes to {}", input, output));
+        printLocked(fmt::format("{} goes to {}", input, output));
 }
 
 void BatchReporter::tell(const ThumbReport& report) {
+    if (json)
+        jsonLines.print(jsonLine(report));
     const MutexLock held(lock);
     countLocked(report);
-    if (json)
-        printForMachinesLocked(jsonLine(report));
     if (report.failure)
-        printForPeopleLocked("kesto-thumbnail: " + report.failure->message);
+        printLocked("kesto-thumbnail: " + report.failure->message);
     else if (!hasBar && !json)
-        printForPeopleLocked(report.input + " -> " + report.output);
+        printLocked(report.input + " -> " + report.output);
     if (Clock::now() - lastDrawn >= betweenDraws)
         drawBarLocked();
 }
 
+void BatchReporter::tellInterruption() {
+    const MutexLock held(lock);
+    printLocked(
+        "kesto-thumbnail: interrupted: waiting for the pictures that are begun; once more to end now");
+}
+
 void BatchReporter::tellSummary(bool interrupted) {
     const MutexLock held(lock);
+    const Progress progress = progressLocked();
+    if (json)
+        jsonLines.print(jsonLine(progress.counts, progress.seconds, interrupted));
     if (hasBar)
         rewriteLine("");
-    if (json)
-        printForMachinesLocked(jsonLine(sums, progressLocked().seconds, interrupted));
     if (hasBar || !json)
-        std::fputs((summaryText(progressLocked(), interrupted) + '\n').c_str(), stderr);
+        std::fputs((summaryText(progress, interrupted) + '\n').c_str(), stderr);
 }
 
 BatchCounts BatchReporter::counts() const {
     const MutexLock held(lock);
     return sums;
-}
-
-int BatchReporter::outputError() const {
-    const MutexLock held(lock);
-    return firstOutputError;
 }
 
 void BatchReporter::countLocked(const ThumbReport& report) {
@@ -79,21 +80,11 @@ void BatchReporter::countLocked(const ThumbReport& report) {
         ++sums.failed;
 }
 
-void BatchReporter::printForPeopleLocked(const std::string& line) {
+void BatchReporter::printLocked(const std::string& line) {
     if (hasBar)
         rewriteLine("");
     std::fputs((line + '\n').c_str(), stderr);
     drawBarLocked();
-}
-
-/// Written through, so that the reader of a pipe sees each input when it is done.
-void BatchReporter::printForMachinesLocked(const std::string& line) {
-    if (firstOutputError != 0)
-        return;
-    errno = 0;
-    std::fputs((line + '\n').c_str(), stdout);
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-        firstOutputError = errno != 0 ? errno : EIO;
 }
 
 void BatchReporter::drawBarLocked() {

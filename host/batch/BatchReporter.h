@@ -2,6 +2,7 @@
 
 #include "Report.h"
 #include "batch/BatchCounts.h"
+#include "batch/JsonLines.h"
 #include "batch/ProgressText.h"
 
 #include <KestoThumbnailer/platform/Threading.h>
@@ -26,20 +27,22 @@ public:
 
     void tell(const ThumbReport& report) KESTO_EXCLUDES(lock);
 
+    /// That a signal came, and what is waited for now.
+    void tellInterruption() KESTO_EXCLUDES(lock);
+
     /// The last line. Nothing is told after it.
     void tellSummary(bool interrupted) KESTO_EXCLUDES(lock);
 
     BatchCounts counts() const KESTO_EXCLUDES(lock);
 
     /// The errno of the first failed write to standard output; 0 without one.
-    int outputError() const KESTO_EXCLUDES(lock);
+    int outputError() const { return jsonLines.error(); }
 
 private:
     using Clock = std::chrono::steady_clock;
 
     void countLocked(const ThumbReport& report) KESTO_REQUIRES(lock);
-    void printForPeopleLocked(const std::string& line) KESTO_REQUIRES(lock);
-    void printForMachinesLocked(const std::string& line) KESTO_REQUIRES(lock);
+    void printLocked(const std::string& line) KESTO_REQUIRES(lock);
     void drawBarLocked() KESTO_REQUIRES(lock);
     Progress progressLocked() const KESTO_REQUIRES(lock);
 
@@ -48,10 +51,11 @@ private:
     const std::optional<std::size_t> total;
     const Clock::time_point start = Clock::now();
 
-    mutable Mutex lock; // held while a line is written, so that each stays whole
+    JsonLines jsonLines;
+
+    mutable Mutex lock; // held while a line is written to standard error, so that each stays whole
     BatchCounts sums KESTO_GUARDED_BY(lock);
     Clock::time_point lastDrawn KESTO_GUARDED_BY(lock);
-    int firstOutputError KESTO_GUARDED_BY(lock) = 0;
 };
 
 } // namespace KestoHost

@@ -40,8 +40,8 @@ void Workers::beginNextLocked() {
     if (!worker)
         return;
     if (auto next = takeLocked()) {
+        worker->begin(std::move(*next)); // its end waits for the lock
         ++running;
-        worker->begin(std::move(*next));
     } else {
         idle.push_back(worker);
     }

@@ -2,8 +2,10 @@
 
 #include "platform/Export.h"
 #include "platform/Gdiplus.h"
+#include "platform/KestoMediaLib.h"
 #include "platform/KestoRenderLib.h"
 
+#include <boost/rational.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <string>
@@ -35,6 +37,24 @@ public:
     /// honoured; or the first page of a file whose extension is "pdf", in any case. Null for a file that is
     /// missing, no regular file, or not to be read to its end; see `DiagnoseStillImage`.
     static Gdiplus::Bitmap* GetThumbnailForImage(const std::wstring& path, int width, int height);
+
+    /// The frame of a video at `time`, in seconds. The extension decides how it is made, in any case: a
+    /// "plumex", "gif" or "mosk" file has none as yet, any other file is that of `GetThumbnailForFile`.
+    /// `trackIndex` is -1 where the path alone tells what is wanted.
+    static Gdiplus::Bitmap* GetThumbnailForVideo(const std::wstring& path, double time, int width, int height,
+                                                 const boost::rational<unsigned long>& frameRate,
+                                                 int trackIndex);
+
+    /// The frame at `time`, in seconds and cut to whole milliseconds, of a project of `frameRate` whose one
+    /// media is the file. Builds a project and a renderer for this call. Null for a file that is missing or
+    /// not to be read, or that shows nothing then.
+    static Gdiplus::Bitmap* GetThumbnailForFile(const std::wstring& path, double time, int width, int height,
+                                                const boost::rational<unsigned long>& frameRate);
+
+    /// A callout on transparent ground, at the size and moment at which its kind shows best. Null for an
+    /// empty pointer, and for a callout that draws nothing.
+    static Gdiplus::Bitmap* GetThumbnailForCallout(boost::shared_ptr<const KestoMediaLib::Callout> callout,
+                                                   int width, int height);
 
     /// Null, whatever the path: a broken source has no thumbnail and no picture in its place.
     static Gdiplus::Bitmap* LoadErrorImage(const std::wstring& path);

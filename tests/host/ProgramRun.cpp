@@ -30,9 +30,9 @@ std::vector<std::string> environmentWith(const std::vector<std::string>& more) {
 
 class StandardFiles {
 public:
-    StandardFiles(const std::string& output, const std::string& errors) {
+    StandardFiles(const std::string& input, const std::string& output, const std::string& errors) {
         ::posix_spawn_file_actions_init(&actions);
-        ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, input.c_str(), O_RDONLY, 0);
         ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT, 0600);
         ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), O_WRONLY | O_CREAT, 0600);
     }
@@ -65,7 +65,7 @@ ProgramRun runProgram(const std::vector<std::string>& arguments, const RunOption
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<std::string> environment = environmentWith(options.environment);
 
-    const StandardFiles files(output, errors);
+    const StandardFiles files(folder.write("input", options.input), output, errors);
     pid_t child = 0;
     const int failure = ::posix_spawnp(&child, words[0].c_str(), files.get(), nullptr,
                                        pointersTo(words).data(), pointersTo(environment).data());

@@ -13,6 +13,7 @@ struct ProgramRun {
 struct RunOptions {
     std::vector<std::string> before = {};      ///< words in front of the program: a wrapper that runs it
     std::vector<std::string> environment = {}; ///< "NAME=value", besides this process's own
+    std::string input = {};                    ///< what stands on standard input
     std::string outputFile = {}; ///< where standard output goes, instead of `ProgramRun::output`
 };
 

@@ -16,6 +16,11 @@ private:
     float length;
 };
 
+class EmptyMixer final : public KestoMediaLib::Mixer {
+public:
+    std::vector<boost::shared_ptr<const KestoMediaLib::Track>> tracks() const override { return {}; }
+};
+
 class BareTimeline final : public KestoMediaLib::Timeline {
 public:
     BareTimeline(float canvasWidth, float canvasHeight)
@@ -26,8 +31,10 @@ public:
     boost::shared_ptr<const KestoMediaLib::Attribute<float>> attributeHeight() const override {
         return height;
     }
+    boost::shared_ptr<const KestoMediaLib::Mixer> mixer() const override { return bareMixer; }
 
 private:
+    boost::shared_ptr<const KestoMediaLib::Mixer> bareMixer = boost::make_shared<EmptyMixer>();
     boost::shared_ptr<const KestoMediaLib::Attribute<float>> width;
     boost::shared_ptr<const KestoMediaLib::Attribute<float>> height;
 };
@@ -39,6 +46,10 @@ TestProject::TestProject(float canvasWidth, float canvasHeight,
     : script(boost::make_shared<RenderScript>())
     , canvas(boost::make_shared<BareTimeline>(canvasWidth, canvasHeight))
     , rate(frameRate) {}
+
+void TestProject::executeCommand(const boost::shared_ptr<KestoMediaLib::Command>& command) {
+    command->execute();
+}
 
 boost::shared_ptr<TestProject> makeTestProject(float canvasWidth, float canvasHeight,
                                                const boost::rational<unsigned long>& frameRate) {

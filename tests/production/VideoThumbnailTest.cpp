@@ -1,0 +1,107 @@
+#include "production/GdiplusBitmapThumbnailingHelper.h"
+#include "support/GdiplusUser.h"
+#include "support/TempFolder.h"
+#include "support/renderer/GeneratedProjects.h"
+#include "support/renderer/TestProject.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace KestoThumbnailer {
+
+namespace {
+
+using TestSupport::burntIn;
+using TestSupport::makeTestProject;
+using TestSupport::pixelOf;
+using TestSupport::ProjectRequest;
+using TestSupport::TestProject;
+using Picture = std::unique_ptr<Gdiplus::Bitmap>;
+using Rate = boost::rational<unsigned long>;
+
+/// Any file is a project of 64 by 32, wherever it gets as far as that.
+class VideoThumbnail : public ::testing::Test {
+protected:
+    Picture thumbnailOf(const std::string& name, double time = 0, int width = 0, int height = 0) {
+        folder.write(name, "content");
+        return Picture(GdiplusBitmapThumbnailingHelper::GetThumbnailForVideo(
+            TestSupport::wideOf(folder / name), time, width, height, Rate(30), -1));
+    }
+    bool isRendered(const std::string& name) {
+        const std::size_t before = projects.requests().size();
+        const Picture shown = thumbnailOf(name);
+        return shown && projects.requests().size() == before + 1;
+    }
+    bool isNullWithoutAProject(const std::string& name) {
+        const std::size_t before = projects.requests().size();
+        const Picture shown = thumbnailOf(name);
+        return !shown && projects.requests().size() == before;
+    }
+
+    TestSupport::GdiplusUser gdiplus;
+    TestSupport::TempFolder folder;
+    boost::shared_ptr<TestProject> project = makeTestProject(64, 32, 30);
+    TestSupport::GeneratedProjects projects{[this](const ProjectRequest&) { return project; }};
+};
+
+} // namespace
+
+TEST_F(VideoThumbnail, AFileIsRenderedAtItsTimeIntoTheBox) {
+    const Picture shown = thumbnailOf("film.mp4", 2.5, 32, 32);
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->GetWidth(), 32U);
+    EXPECT_EQ(shown->GetHeight(), 16U);
+    EXPECT_EQ(pixelOf(*shown, 16, 8), burntIn(75));
+}
+
+TEST_F(VideoThumbnail, TheFrameRateIsHandedOn) {
+    thumbnailOf("film.mp4");
+    ASSERT_EQ(projects.requests().size(), 1U);
+    EXPECT_EQ(projects.requests()[0].frameRate, Rate(30));
+}
+
+TEST_F(VideoThumbnail, AFileOfAnyOtherKindIsRendered) {
+    EXPECT_TRUE(isRendered("film.mov"));
+    EXPECT_TRUE(isRendered("film.AVI"));
+    EXPECT_TRUE(isRendered("film"));
+    EXPECT_TRUE(isRendered("film.plumex.avi"));
+    EXPECT_TRUE(isRendered("film.gift"));
+}
+
+TEST_F(VideoThumbnail, AWholePlumexIsNoVideo) {
+    EXPECT_TRUE(isNullWithoutAProject("recording.plumex"));
+    EXPECT_TRUE(isNullWithoutAProject("recording.PLUMEX"));
+}
+
+TEST_F(VideoThumbnail, AGifIsNeverRenderedAsAProject) {
+    EXPECT_TRUE(isNullWithoutAProject("moving.gif"));
+    EXPECT_TRUE(isNullWithoutAProject("moving.Gif"));
+}
+
+TEST_F(VideoThumbnail, AMoskIsNeverRenderedAsAProject) {
+    EXPECT_TRUE(isNullWithoutAProject("recording.mosk"));
+    EXPECT_TRUE(isNullWithoutAProject("recording.MOSK"));
+}
+
+TEST_F(VideoThumbnail, AMemberOfAPlumexThatIsNoFileIsNull) {
+    const std::wstring member = TestSupport::wideOf(folder / "recording.plumex") + L"!Audio.wav";
+    EXPECT_EQ(GdiplusBitmapThumbnailingHelper::GetThumbnailForVideo(member, 0, 0, 0, Rate(30), -1), nullptr);
+    EXPECT_TRUE(projects.requests().empty());
+}
+
+TEST_F(VideoThumbnail, AMissingFileIsNull) {
+    EXPECT_EQ(GdiplusBitmapThumbnailingHelper::GetThumbnailForVideo(L"", 0, 0, 0, Rate(30), -1), nullptr);
+    EXPECT_EQ(GdiplusBitmapThumbnailingHelper::GetThumbnailForVideo(
+                  TestSupport::wideOf(folder / "missing.mp4"), 0, 0, 0, Rate(30), -1),
+              nullptr);
+}
+
+TEST_F(VideoThumbnail, AFileThatFailsIsTriedNoOtherWay) {
+    project->script->rendersNothing = true;
+    EXPECT_FALSE(thumbnailOf("film.mp4"));
+    EXPECT_EQ(projects.requests().size(), 1U);
+}
+
+} // namespace KestoThumbnailer
