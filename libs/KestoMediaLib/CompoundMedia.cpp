@@ -48,7 +48,7 @@ void StitchedClip::append(const boost::shared_ptr<Media>& part) {
     if (holds(*part, *this))
         throw std::invalid_argument("StitchedClip: stitched media cannot hold itself");
     MediaSpan span = added.span();
-    span.start = parts.empty() ? 0 : endOf(spanOf(*parts.back()));
+    span.start = lengthOf(*this);
     added.setSpan(span);
     parts.push_back(part);
     MediaHold::take(added);
@@ -124,6 +124,11 @@ void GroupMedia::accept(ConstMediaDispatcher& dispatcher) const {
 
 boost::shared_ptr<Media> GroupMedia::clone() const {
     return boost::make_shared<GroupMedia>(*this);
+}
+
+__int64 lengthOf(const StitchedMedia& clip) {
+    const auto parts = clip.medias();
+    return parts.empty() ? 0 : endOf(spanOf(*parts.back()));
 }
 
 std::vector<boost::shared_ptr<const Media>> innerMedia(const Media& media) {

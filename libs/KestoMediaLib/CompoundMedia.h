@@ -69,6 +69,9 @@ private:
     std::vector<boost::shared_ptr<TrackModel>> content;
 };
 
+/// When the last part ends.
+KESTO_EXPORT __int64 lengthOf(const StitchedMedia& clip);
+
 /// The media directly inside `media`: parts, the audio and the visual one, or what lies on a group's tracks.
 KESTO_EXPORT std::vector<boost::shared_ptr<const Media>> innerMedia(const Media& media);
 

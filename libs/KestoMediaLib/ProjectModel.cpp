@@ -22,6 +22,7 @@ std::vector<boost::shared_ptr<const Media>> TrackModel::medias() const {
 boost::shared_ptr<TrackModel> TrackModel::clone() const {
     auto copy = boost::make_shared<TrackModel>();
     copy->setHidden(isHidden);
+    copy->setName(label);
     for (const auto& media : content)
         copy->addMedia(cloneOf(*media));
     return copy;

@@ -5,6 +5,8 @@
 
 #include <boost/enable_shared_from_this.hpp>
 
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace KestoMediaLib {
@@ -16,6 +18,9 @@ public:
     /// holds already.
     void addMedia(const boost::shared_ptr<Media>& media);
     void setHidden(bool hidden) { isHidden = hidden; }
+    void setName(std::string name) { label = std::move(name); }
+    /// For people; may be empty.
+    const std::string& name() const { return label; }
 
     boost::weak_ptr<const Mixer> parentMixer() const override { return owner; }
     std::vector<boost::shared_ptr<const Media>> medias() const override;
@@ -30,6 +35,7 @@ private:
 
     std::vector<boost::shared_ptr<Media>> content;
     boost::weak_ptr<const Mixer> owner;
+    std::string label;
     bool isHidden = false;
     bool held = false;
 };

@@ -106,8 +106,8 @@ public:
     KestoRenderLib::Size size() const override;
     void setSize(const KestoRenderLib::Size& size) override;
 
-    /// What was rendered last, which the next pass may draw over. Empty before the first pass, and for a size
-    /// below 1.
+    /// What was rendered last, for reading alone: it may be a decoder's own picture. Empty before the first
+    /// pass, for a size below 1, and beyond the pixel budget.
     virtual boost::shared_ptr<MetaBitmap> currentFrame() const;
     virtual void setCurrentFrame(boost::shared_ptr<MetaBitmap> frame);
 
@@ -163,8 +163,15 @@ public:
     std::int32_t outsideOpacity = 255;
 };
 
+/// A project, or why there is none: a sentence for people that names the file, the place in it, and what was
+/// expected there. One of the two is empty.
+struct ProjectOutcome {
+    boost::shared_ptr<KestoMediaLib::Project> project;
+    std::string problem;
+};
+
 /// Makes projects of files. Paths and texts are UTF-8. An empty pointer means that no project can be made.
-/// Any thread.
+/// Any thread; the process must have started GDI+.
 class KESTO_EXPORT ProjectGenerator {
 public:
     ProjectGenerator() = delete;
@@ -180,6 +187,12 @@ public:
     /// The file as the one media of a project of that frame rate.
     static boost::shared_ptr<KestoMediaLib::Project>
     Create_MediaProject(const std::string& path, const boost::rational<unsigned long>& frameRate);
+
+    // The same, for callers that want to know why there is no project.
+    static ProjectOutcome TryProjectFromFile(const std::string& path);
+    static ProjectOutcome TryProjectFromJson(const std::string& json, const std::string& basePath);
+    static ProjectOutcome TryMediaProject(const std::string& path,
+                                          const boost::rational<unsigned long>& frameRate);
 };
 
 /// A frame behind plain types; copies share it. It may hold none.

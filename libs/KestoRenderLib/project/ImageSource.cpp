@@ -1,6 +1,6 @@
 #include "KestoRenderLib/project/ImageSource.h"
 
-#include "KestoRenderLib/project/WidePath.h"
+#include "KestoRenderLib/project/PathText.h"
 
 #include <algorithm>
 #include <array>
@@ -48,7 +48,8 @@ ImageSource::ImageSource(const std::string& path)
 boost::shared_ptr<MetaBitmap> ImageSource::picture(const KestoRenderLib::Size& wanted) {
     if (made && made->Size() == wanted)
         return made;
-    auto drawn = file ? MetaBitmap::Create(wanted, PixelFormat::Premultiplied32) : boost::shared_ptr<MetaBitmap>();
+    auto drawn =
+        file ? MetaBitmap::Create(wanted, PixelFormat::Premultiplied32) : boost::shared_ptr<MetaBitmap>();
     if (!drawn || !draw(*drawn))
         return {};
     made = drawn;
@@ -67,6 +68,11 @@ bool ImageSource::draw(MetaBitmap& target) {
         return true;
     file.reset();
     return false;
+}
+
+bool ImageSource::isGif() const {
+    GUID format{};
+    return file && file->GetRawFormat(&format) == Gdiplus::Ok && format == Gdiplus::ImageFormatGIF;
 }
 
 std::size_t ImageSource::bytes() const {

@@ -19,6 +19,8 @@ public:
     KestoRenderLib::Size size() const override { return upright; }
     boost::shared_ptr<MetaBitmap> picture(const KestoRenderLib::Size& wanted) override;
 
+    bool isGif() const;
+
     /// How much memory it holds, about.
     std::size_t bytes() const;
 

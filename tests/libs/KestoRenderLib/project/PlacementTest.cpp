@@ -155,14 +155,39 @@ TEST(RenderedPlacement, NegativeScalesMirror) {
 
 TEST(RenderedPlacement, EdgesBetweenPixelsAreSmooth) {
     const Frame frame = renderedAlone(colored(white, 4, 2), with([](Placement& p) {
-                                          p.position = {0.5, 0};
+                                          p.position = {0.25, -0.75};
                                       }));
-    EXPECT_EQ(valueAt(frame, 1, 2), 0U);
-    EXPECT_NEAR(valueAt(frame, 2, 2) >> 24, 128, 2);
-    EXPECT_EQ(valueAt(frame, 3, 2), white);
-    EXPECT_EQ(valueAt(frame, 5, 2), white);
-    EXPECT_NEAR(valueAt(frame, 6, 2) >> 24, 128, 2);
-    EXPECT_EQ(valueAt(frame, 7, 2), 0U);
+    // It lies from 2.25 to 6.25 and from 1.25 to 3.25.
+    const auto alphaAt = [&](int x, int y) { return valueAt(frame, x, y) >> 24; };
+    EXPECT_EQ(alphaAt(1, 2), 0U);
+    EXPECT_EQ(alphaAt(2, 2), 191U);
+    EXPECT_EQ(alphaAt(3, 2), 255U);
+    EXPECT_EQ(alphaAt(5, 2), 255U);
+    EXPECT_EQ(alphaAt(6, 2), 64U);
+    EXPECT_EQ(alphaAt(7, 2), 0U);
+    EXPECT_EQ(alphaAt(4, 0), 0U);
+    EXPECT_EQ(alphaAt(4, 1), 191U);
+    EXPECT_EQ(alphaAt(4, 3), 64U);
+    EXPECT_EQ(alphaAt(4, 4), 0U);
+    EXPECT_EQ(alphaAt(6, 3), 16U);
+}
+
+TEST(RenderedPlacement, SmoothEdgesAreFadedToo) {
+    const Frame frame = renderedAlone(colored(white, 4, 2), with([](Placement& p) {
+                                          p.position = {0.5, 0};
+                                          p.opacity = 0.5;
+                                      }));
+    EXPECT_EQ(valueAt(frame, 2, 2), 0x40404040U);
+    EXPECT_EQ(valueAt(frame, 4, 2), 0x80808080U);
+    EXPECT_EQ(valueAt(frame, 6, 2), 0x40404040U);
+}
+
+TEST(RenderedPlacement, WhatIsThinnerThanAPixelIsFaint) {
+    const Frame frame = renderedAlone(colored(white, 4, 2), with([](Placement& p) {
+                                          p.position = {0, 0.2};
+                                          p.scale = {1, 0.1};
+                                      }));
+    EXPECT_NEAR(valueAt(frame, 4, 3) >> 24, 51, 6);
 }
 
 TEST(RenderedPlacement, ATurnByHalfARightAngleMakesADiamond) {
