@@ -1,6 +1,8 @@
 #include "KestoRenderLib/project/MediaFile.h"
 #include "KestoRenderLib/project/PathText.h"
+#include "KestoRenderLib/project/RenderBudget.h"
 
+#include "KestoMediaLib/ProjectFile.h"
 #include "KestoMediaLib/ProjectModel.h"
 #include "platform/KestoRenderProject.h"
 
@@ -24,18 +26,29 @@ ProjectOutcome projectOf(const MediaFile& file, const boost::rational<unsigned l
     return {project, {}};
 }
 
+/// A project of which no frame could be rendered is none.
+ProjectOutcome renderable(const ReadProject& read, const std::string& name) {
+    if (!read)
+        return {{}, read.error().text()};
+    const KestoRenderLib::Size canvas = canvasSizeOf(**read);
+    if (!isWithinBudget(canvas))
+        return {{},
+                fmt::format("{}: the canvas of {} x {} pixels has more than the budget (KESTO_PIXEL_BUDGET)",
+                            name, canvas.width, canvas.height)};
+    return {*read, {}};
+}
+
 } // namespace
 
 ProjectOutcome ProjectGenerator::TryProjectFromFile(const std::string& path) {
     if (hasExtension(path, "qrlproj"))
-        return {{}, fmt::format("{}: project files can't be read yet", path)}; // FIXME: they can't
+        return renderable(readProjectFile(path), path);
     const auto file = openMediaFile(path);
     return file ? projectOf(*file, file->frameRate) : ProjectOutcome{{}, file.error()};
 }
 
-// FIXME: project files can't be read yet.
-ProjectOutcome ProjectGenerator::TryProjectFromJson(const std::string&, const std::string&) {
-    return {{}, "project files can't be read yet"};
+ProjectOutcome ProjectGenerator::TryProjectFromJson(const std::string& json, const std::string& basePath) {
+    return renderable(readProjectText(json, basePath), "project");
 }
 
 ProjectOutcome ProjectGenerator::TryMediaProject(const std::string& path,

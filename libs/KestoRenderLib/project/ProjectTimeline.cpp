@@ -6,7 +6,6 @@
 #include "KestoRenderLib/project/RenderObjects.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -16,17 +15,11 @@ namespace KestoRenderLib {
 
 namespace {
 
-int wholeLength(float length) {
-    constexpr float longest = 1 << 30;
-    return std::isfinite(length) ? static_cast<int>(std::clamp(length, 0.0F, longest)) : 0;
-}
-
 /// An edge beyond the range of integers stays at its end.
 Rect edgesOf(const KestoMediaLib::Rect<int>& rect) {
     const auto end = [](int start, int length) {
-        return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{start} + length,
-                                                         std::numeric_limits<int>::min(),
-                                                         std::numeric_limits<int>::max()));
+        return static_cast<int>(std::clamp<std::int64_t>(
+            std::int64_t{start} + length, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
     };
     return {rect.x, rect.y, end(rect.x, rect.width), end(rect.y, rect.height)};
 }
@@ -44,7 +37,8 @@ std::optional<__int64> timeOf(__int64 frame, const boost::rational<unsigned long
 /// Canvas points are counted from the middle, which in an odd length is the left or upper edge of the pixel
 /// in the middle: so whole canvases come to lie on whole pixels.
 Affine middleToCanvasPoints(const Size& canvas) {
-    return Affine::translation(canvas.width / 2.0 - canvas.width / 2, canvas.height / 2.0 - canvas.height / 2);
+    return Affine::translation(canvas.width / 2.0 - canvas.width / 2,
+                               canvas.height / 2.0 - canvas.height / 2);
 }
 
 Box canvasInCanvasPoints(const Size& canvas) {
@@ -81,7 +75,7 @@ void ProjectTimeline::renderFrame(__int64 frame) {
 
 boost::shared_ptr<MetaBitmap> ProjectTimeline::render(__int64 frame, const KestoRenderLib::Size& size) {
     const Affine canvasToScreen = viewToScreen();
-    const Rect canvas = nearestPixels(boundsOf(canvasInCanvasPoints(canvasSize()), canvasToScreen));
+    const Rect canvas = nearestPixels(boundsOf(canvasInCanvasPoints(canvasSizeOf(*project)), canvasToScreen));
     const Rect inside = intersection(canvasRect, canvas);
     const Rect drawn = clipToCanvas ? intersection(edgesOf(view), inside) : edgesOf(view);
     Surface surface(size, drawn, takeReusableMemory());
@@ -98,16 +92,11 @@ void ProjectTimeline::drawProject(Surface& surface, __int64 frame, const Affine&
     if (!time || isEmpty(surface.clip()))
         return;
     const Stage canvas = {.surface = surface,
-                          .fromMiddle = canvasToScreen * middleToCanvasPoints(canvasSize()),
+                          .fromMiddle = canvasToScreen * middleToCanvasPoints(canvasSizeOf(*project)),
                           .everything = state->mediaToRender().empty()};
     const MediaPainter painter(factory->objects().sources(), state->mediaToRender());
     for (const auto& track : project->timeline()->mixer()->tracks())
         painter.drawTrack(*track, *time, canvas);
-}
-
-KestoRenderLib::Size ProjectTimeline::canvasSize() const {
-    const auto timeline = project->timeline();
-    return {wholeLength(timeline->attributeWidth()->value()), wholeLength(timeline->attributeHeight()->value())};
 }
 
 Affine ProjectTimeline::viewToScreen() const {

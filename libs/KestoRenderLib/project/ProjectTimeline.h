@@ -24,7 +24,6 @@ public:
 private:
     boost::shared_ptr<MetaBitmap> render(__int64 frame, const KestoRenderLib::Size& size);
     void drawProject(Surface& surface, __int64 frame, const Affine& canvasToScreen);
-    KestoRenderLib::Size canvasSize() const;
     Affine viewToScreen() const;
     boost::shared_ptr<MetaBitmap> takeReusableMemory();
 

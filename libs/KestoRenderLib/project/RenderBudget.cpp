@@ -1,6 +1,8 @@
 #include "KestoRenderLib/project/RenderBudget.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -21,11 +23,22 @@ std::int64_t budgetFromEnvironment() {
     return error == std::errc{} && rest == end && value > 0 ? value : defaultBudget;
 }
 
+std::int32_t wholeLength(float length) {
+    constexpr float longest = 1 << 30;
+    return std::isfinite(length) ? static_cast<std::int32_t>(std::clamp(length, 0.0F, longest)) : 0;
+}
+
 } // namespace
 
 bool isWithinBudget(const Size& size) {
     static const std::int64_t budget = budgetFromEnvironment();
     return size.width > 0 && size.height > 0 && std::int64_t{size.width} * size.height <= budget;
+}
+
+Size canvasSizeOf(const KestoMediaLib::Project& project) {
+    const auto timeline = project.timeline();
+    return {wholeLength(timeline->attributeWidth()->value()),
+            wholeLength(timeline->attributeHeight()->value())};
 }
 
 } // namespace KestoRenderLib

@@ -15,7 +15,8 @@ __int64 frames(int count) {
 std::uint32_t valueAt(const Frame& frame, int x, int y) {
     std::uint32_t value = 0x01234567;
     if (frame)
-        std::memcpy(&value, frame->GetPixels() + std::ptrdiff_t{y} * frame->GetStride() + std::ptrdiff_t{x} * 4,
+        std::memcpy(&value,
+                    frame->GetPixels() + std::ptrdiff_t{y} * frame->GetStride() + std::ptrdiff_t{x} * 4,
                     sizeof value);
     return value;
 }
@@ -55,6 +56,16 @@ boost::shared_ptr<ColorMedia> colored(std::uint32_t argb, int width, int height)
     auto media = boost::make_shared<ColorMedia>(argb);
     media->setExtent({width * 1.0, height * 1.0});
     return lasting(media);
+}
+
+Frame rendered(const boost::shared_ptr<const Project>& project, __int64 frame) {
+    const KestoRenderLib::Size canvas = {static_cast<int>(project->timeline()->attributeWidth()->value()),
+                                         static_cast<int>(project->timeline()->attributeHeight()->value())};
+    const auto manager = boost::make_shared<GdiDrawingManager>(RendererInfo(), true, canvas);
+    const auto state = boost::make_shared<RenderState>();
+    const auto factory = boost::make_shared<RenderObjectFactory>(manager, project, state, nullptr);
+    WRTimeline::create(project, manager, factory, state)->renderFrame(frame);
+    return manager->currentFrame();
 }
 
 Composition::Composition(int canvasWidth, int canvasHeight)

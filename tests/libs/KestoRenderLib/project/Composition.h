@@ -23,8 +23,8 @@ __int64 frames(int count);
 /// Premultiplied, 0xAARRGGBB.
 std::uint32_t valueAt(const Frame& frame, int x, int y);
 
-/// The rows of the frame from the top, each pixel by a letter: '.' transparent, 'R' 'G' 'B' 'W' 'K' opaque pure
-/// colours, '?' anything else.
+/// The rows of the frame from the top, each pixel by a letter: '.' transparent, 'R' 'G' 'B' 'W' 'K' opaque
+/// pure colours, '?' anything else.
 std::string lettersOf(const Frame& frame);
 
 constexpr std::uint32_t red = 0xFFFF0000;
@@ -51,8 +51,11 @@ boost::shared_ptr<Media> at(double x, double y, boost::shared_ptr<Media> media) 
     return media;
 }
 
-/// A project at 10 frames a second, and the pipeline that renders it. Media are added to a track of their own,
-/// on top.
+/// Frame `frame` of `project` at the size of its canvas, by a pipeline of its own.
+Frame rendered(const boost::shared_ptr<const KestoMediaLib::Project>& project, __int64 frame);
+
+/// A project at 10 frames a second, and the pipeline that renders it. Media are added to a track of their
+/// own, on top.
 class Composition {
 public:
     Composition(int canvasWidth, int canvasHeight);
