@@ -18,13 +18,14 @@ namespace {
 using KestoMediaLib::Project;
 using KestoRenderLib::MetaBitmap;
 using KestoRenderLib::ProjectGenerator;
+using KestoRenderLib::ProjectOutcome;
 using KestoRenderLib::Size;
 
-boost::shared_ptr<const Project> projectOf(const std::string& input) {
+ProjectOutcome projectOf(const std::string& input) {
     if (isProjectFile(input))
-        return ProjectGenerator::CreateProjectFromMediaOrQrlprojFullPathName(input);
+        return ProjectGenerator::TryProjectFromFile(input);
     // As many frames as there are moments: the project's frames then never lie between those of the media.
-    return ProjectGenerator::Create_MediaProject(input, KestoMediaLib::modelTimePerSecond);
+    return ProjectGenerator::TryMediaProject(input, KestoMediaLib::modelTimePerSecond);
 }
 
 Size canvasOf(const Project& project) {
@@ -33,8 +34,13 @@ Size canvasOf(const Project& project) {
             static_cast<int>(timeline->attributeHeight()->value())};
 }
 
-Failure whyNotOpened(const std::string& input) {
-    return whyNoVideo(input, trackByPathAlone);
+/// `problem` is the renderer's own sentence.
+Failure whyNotOpened(const std::string& input, const std::string& problem) {
+    const Failure failure = whyNoVideo(input, trackByPathAlone);
+    const bool isAboutContent = failure.reason == "unknown-format" || failure.reason == "nothing-wrong";
+    if (isProjectFile(input) && isAboutContent)
+        return {"bad-project", problem, /*withoutPicture=*/true};
+    return failure;
 }
 
 bool isAllTransparent(const MetaBitmap& frame) {
@@ -50,9 +56,10 @@ bool isAllTransparent(const MetaBitmap& frame) {
 } // namespace
 
 TimedFrames::Opened TimedFrames::open(const std::string& input) {
-    const boost::shared_ptr<const Project> project = projectOf(input);
+    const ProjectOutcome outcome = projectOf(input);
+    const boost::shared_ptr<const Project> project = outcome.project;
     if (!project)
-        return {nullptr, whyNotOpened(input)};
+        return {nullptr, whyNotOpened(input, outcome.problem)};
     const Size canvas = canvasOf(*project);
     if (canvas.width < 1 || canvas.height < 1)
         return {nullptr, {"no-canvas", fmt::format("\"{}\" has no size that could be shown.", input), true}};
