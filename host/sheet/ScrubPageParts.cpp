@@ -26,7 +26,7 @@ h1 { margin: 0 0 0.75rem; font-size: 1.1rem; font-weight: 600; overflow-wrap: an
 #scrubber:focus-visible { outline: 3px solid var(--mark); }
 canvas { display: block; width: 100%; }
 #picture { max-height: 70vh; object-fit: contain; background: #000; border-radius: 0.4rem 0.4rem 0 0; }
-#track { position: relative; height: 4rem; overflow: hidden; background: var(--edge);
+#track { position: relative; height: 4rem; margin-top: 2px; overflow: hidden; background: var(--edge);
   border-radius: 0 0 0.4rem 0.4rem; }
 #strip { height: 100%; }
 #mark { position: absolute; top: 0; bottom: 0; left: 0; width: 3px; margin-left: -1.5px; background: var(--mark);
@@ -155,6 +155,8 @@ function onKey(event) {
 function start() {
   picture.width = sheet.tiles[0].width;
   picture.height = sheet.tiles[0].height;
+  /* Larger than this, the tile's own pixels would show more than the picture. */
+  part("player").style.maxWidth = Math.max(320, 4 * picture.width) + "px";
   scrubber.setAttribute("aria-valuemax", sheet.end);
   part("player").hidden = false;
   part("all").open = false;

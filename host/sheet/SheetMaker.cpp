@@ -3,11 +3,13 @@
 #include "GdiplusSession.h"
 #include "LetterCase.h"
 #include "Paths.h"
+#include "SourceKind.h"
 #include "ThumbnailRequest.h"
 #include "WholeFiles.h"
 #include "sheet/ScrubPage.h"
 #include "sheet/SheetPainter.h"
 #include "sheet/WebVtt.h"
+#include "video/MovingInput.h"
 #include "video/TimedFrames.h"
 
 #include <KestoThumbnailer/ImageHelper.h>
@@ -137,6 +139,7 @@ std::optional<Failure> tryMake(SheetReport& report) {
     if (auto refusal = refusalOfNames(request))
         return refusal;
     const GdiplusSession session;
+    report.sourceKind = wordOf(inputKindOf(request.input), request.input);
     const TimedFrames::Opened opened = TimedFrames::open(request.input);
     if (!opened.frames)
         return opened.failure;
@@ -161,6 +164,7 @@ SheetReport makeSheet(const SheetRequest& request) {
     using Clock = std::chrono::steady_clock;
     SheetReport report;
     report.request = request;
+    report.sourceKind = sourceKindOf(request.input).word; // until the content tells
     const Clock::time_point start = Clock::now();
     try {
         report.failure = tryMake(report);

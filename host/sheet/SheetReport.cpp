@@ -1,7 +1,5 @@
 #include "sheet/SheetReport.h"
 
-#include "video/MovingInput.h"
-
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -67,7 +65,7 @@ std::string jsonText(const SheetReport& report) {
         {"html", nameOrNull(report.request.html)},
         {"width", nullptr},
         {"height", nullptr},
-        {"sourceKind", isProjectFile(report.request.input) ? "project" : "video"},
+        {"sourceKind", report.sourceKind},
         {"style", nullptr},
         {"tileWidth", nullptr},
         {"tileHeight", nullptr},

@@ -199,3 +199,19 @@ TEST_F(SheetCommand, NamesOfVttAndPageEndAsSuchFilesDo) {
         EXPECT_EQ(runProgram({"sheet", "in.mp4", "-o", "x.png", "--count", "1", option, "x.png"}).exitStatus,
                   2);
 }
+
+TEST_F(SheetCommand, APictureIsShownForAsLongAsAProjectWouldShowIt) {
+    const std::string input = making.folder.write("in.png", redAndBluePng(40, 20));
+    const ProgramRun run = making.make(input, {"--count", "2", "--json"});
+    expectMade(run);
+    EXPECT_EQ(nlohmann::json::parse(run.output).at("sourceKind"), "image");
+    EXPECT_EQ(making.sheet().at(45, 10), red);
+    EXPECT_EQ(making.sheet().at(75, 10), blue);
+}
+
+TEST_F(SheetCommand, SoundAloneIsToldSo) {
+    const std::string header(
+        "RIFF\x24\x04\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x44\xAC\0\0\x88\x58\1\0\2\0\x10\0data\0\4\0\0", 44);
+    expectRefused(making.folder.write("tone.wav", header + std::string(1024, '\0')), {"--count", "1"},
+                  "no-video");
+}
