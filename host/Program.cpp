@@ -1,6 +1,7 @@
 #include "Program.h"
 
 #include "BatchCommand.h"
+#include "SheetCommand.h"
 #include "ThumbCommand.h"
 #include "Version.h"
 
@@ -16,7 +17,7 @@ namespace KestoHost {
 namespace {
 
 using AddCommand = void (*)(CLI::App& program, ExitStatus& status);
-constexpr AddCommand commands[] = {addThumbCommand, addBatchCommand};
+constexpr AddCommand commands[] = {addThumbCommand, addBatchCommand, addSheetCommand};
 
 constexpr const char* footer = "Exit status: 0 done, 1 a picture was not written (the reason is on standard "
                                "error), 2 wrong usage.\nA name that begins with a dash goes after --.";
@@ -42,7 +43,7 @@ bool isCommand(const CLI::App& program, const std::string& word) {
 
 ExitStatus parseAndRun(int argc, const char* const* argv) {
     ExitStatus status = ExitStatus::Done;
-    CLI::App program("Makes thumbnails of images and documents.", "kesto-thumbnail");
+    CLI::App program("Makes thumbnails of images, documents, videos and projects.", "kesto-thumbnail");
     program.footer(footer);
     program.set_version_flag("--version", versionText,
                              "Show versions and the kinds of pictures that can be read");

@@ -12,6 +12,11 @@ using Json = nlohmann::ordered_json;
 
 constexpr int allOnOneLine = -1;
 
+void addFrame(Json& object, const DeliveredFrame& frame) {
+    object["frameTime"] = std::round(frame.seconds * 1e6) / 1e6;
+    object["frame"] = frame.number ? Json(*frame.number) : Json();
+}
+
 Json objectOf(const ThumbReport& report) {
     Json object = {
         {"input", report.input},
@@ -28,6 +33,8 @@ Json objectOf(const ThumbReport& report) {
     } else {
         object["width"] = report.width;
         object["height"] = report.height;
+        if (report.frame)
+            addFrame(object, *report.frame);
     }
     return object;
 }

@@ -89,7 +89,4 @@ private:
     boost::shared_ptr<TimelineModel> content;
 };
 
-/// The first moment, in model time, from which on nothing plays in `project` any more; 0 for an empty one.
-KESTO_EXPORT __int64 endOfProject(const Project& project);
-
 } // namespace KestoMediaLib

@@ -50,6 +50,9 @@ public:
     virtual ICommandInterface& commandInterface() = 0;
 };
 
+/// The first moment, in model time, from which on nothing plays in `project` any more; 0 for an empty one.
+KESTO_EXPORT __int64 endOfProject(const Project& project);
+
 /// A project behind plain types; copies share it.
 class KESTO_EXPORT SimpleProject {
 public:

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Report.h"
+
+#include <string>
+
+namespace KestoHost {
+
+enum class InputKind {
+    Still, ///< a picture or a document, or nothing that could be read
+    Video,
+    Project,
+};
+
+/// Whether the name is that of a project file.
+bool isProjectFile(const std::string& input);
+
+/// Of a project by its name, else by content: a file that is no picture of a known format may be a video.
+/// `input` is a name that `refusalOf` has nothing against; the process must have started GDI+.
+InputKind inputKindOf(const std::string& input);
+
+/// The word for reports: "image", "pdf", "video" or "project".
+const char* wordOf(InputKind kind, const std::string& input);
+
+/// Why no video could be decoded of that stream of a file; -1 is the one that a player would show.
+Failure whyNoVideo(const std::string& input, int stream);
+
+} // namespace KestoHost
