@@ -51,14 +51,16 @@ public:
         , scene(drawn) {}
 
     void visitStitched(const StitchedMedia& media) override {
-        scene.paintInside([&](const Stage& stage) {
+        scene.paintInside([&](Stage stage) {
+            stage.everything = isShown();
             for (const auto& part : media.medias())
                 owner.drawMedia(*part, scene.contentTime(), stage);
         });
     }
 
     void visitGroup(const GroupMedia& media) override {
-        scene.paintInside([&](const Stage& stage) {
+        scene.paintInside([&](Stage stage) {
+            stage.everything = isShown();
             for (const auto& track : media.tracks())
                 owner.drawTrack(*track, scene.contentTime(), stage);
         });
@@ -162,8 +164,7 @@ void MediaPainter::drawMedia(const KestoMediaLib::Media& media, __int64 time, co
 }
 
 bool MediaPainter::isAskedFor(const KestoMediaLib::Media& media) const {
-    return std::any_of(only.begin(), only.end(),
-                       [&](const auto& listed) { return listed.get() == &media; });
+    return std::any_of(only.begin(), only.end(), [&](const auto& listed) { return listed.get() == &media; });
 }
 
 } // namespace KestoRenderLib

@@ -221,6 +221,14 @@ TEST(RenderedSelection, AListedVisualPartIsShown) {
     EXPECT_EQ(lettersOf(composition.render()), "RRRR\nRRRR\n");
 }
 
+TEST(RenderedSelection, AListedVisualPartThatIsAGroupIsShownWhole) {
+    const auto group = twoSquares(red, green);
+    Composition composition(4, 4);
+    composition.add(unified(group));
+    composition.state().setMediaToRender({group});
+    EXPECT_EQ(lettersOf(composition.render()), "RR..\nRR..\n..GG\n..GG\n");
+}
+
 TEST(RenderedSelection, MediaOfAnotherProjectShowNothing) {
     Composition composition(4, 2);
     composition.add(colored(red, 4, 2));
