@@ -31,6 +31,10 @@ install(FILES
 file(RELATIVE_PATH steps_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 list(TRANSFORM libraries PREPEND -l OUTPUT_VARIABLE link_flags)
 list(JOIN link_flags " " link_flags)
+set(compile_flags "")
+if(KESTO_CHECK_LOCK_ORDER)
+    set(compile_flags -DKESTO_CHECK_LOCK_ORDER)
+endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/KestoThumbnailer.pc.in
     ${PROJECT_BINARY_DIR}/package/KestoThumbnailer.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/package/KestoThumbnailer.pc

@@ -128,7 +128,9 @@ void addBatchCommand(CLI::App& program, ExitStatus& status) {
         ->type_name("FORMAT")
         ->capture_default_str()
         ->check(checkFormat);
-    const auto takeJobs = [options](const std::string& text) { options->jobs = *parseJobs(text); };
+    const auto takeJobs = [options](const std::string& text) {
+        options->jobs = static_cast<std::size_t>(*parseJobs(text));
+    };
     command
         ->add_option_function<std::string>("--jobs", takeJobs,
                                            "How many pictures are made at a time; else one a processor")

@@ -1,8 +1,8 @@
 #include "framegrab/FrameGrabberSizeCalculator.h"
 
-#include <algorithm>
+#include "framegrab/Truncated.h"
+
 #include <cstdint>
-#include <limits>
 #include <stdexcept>
 
 namespace KestoThumbnailer {
@@ -24,19 +24,13 @@ double RatioOf(const Size& size) {
     return static_cast<double>(size.width) / size.height;
 }
 
-/// Of a length that is not negative.
-std::int32_t Truncated(double length) {
-    constexpr double longest = std::numeric_limits<std::int32_t>::max();
-    return static_cast<std::int32_t>(std::min(length, longest));
-}
-
 // Deliberate: no length is held at 1 or above, so that a very flat source may lose one.
 Size OfWidth(std::int32_t width, double ratio) {
-    return {width, Truncated(width / ratio)};
+    return {width, Truncated<std::int32_t>(width / ratio)};
 }
 
 Size OfHeight(std::int32_t height, double ratio) {
-    return {Truncated(height * ratio), height};
+    return {Truncated<std::int32_t>(height * ratio), height};
 }
 
 } // namespace

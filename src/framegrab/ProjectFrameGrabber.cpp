@@ -1,6 +1,7 @@
 #include "framegrab/ProjectFrameGrabber.h"
 
 #include "framegrab/FrameGrabberUtil.h"
+#include "framegrab/Truncated.h"
 #include "platform/KestoMediaGeometry.h"
 #include "platform/KestoMediaModel.h"
 #include "platform/KestoRenderProject.h"
@@ -10,7 +11,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <utility>
 
 namespace KestoThumbnailer {
@@ -36,23 +36,10 @@ RendererInfo InfoFor(bool offScreen) {
             .highQualityScaling = true};
 }
 
-/// Beyond the range of `Integer` its end; 0 for what is no number.
-template <class Integer>
-Integer ToInteger(double value) {
-    if (std::isnan(value))
-        return 0;
-    // The largest value has no double of its own, and the next one up is out of range.
-    if (value >= static_cast<double>(std::numeric_limits<Integer>::max()))
-        return std::numeric_limits<Integer>::max();
-    if (value <= static_cast<double>(std::numeric_limits<Integer>::min()))
-        return std::numeric_limits<Integer>::min();
-    return static_cast<Integer>(value);
-}
-
 Size CanvasSizeOf(const KestoMediaLib::Project& project) {
     const auto timeline = project.timeline();
-    return {ToInteger<std::int32_t>(timeline->attributeWidth()->value()),
-            ToInteger<std::int32_t>(timeline->attributeHeight()->value())};
+    return {Truncated<std::int32_t>(timeline->attributeWidth()->value()),
+            Truncated<std::int32_t>(timeline->attributeHeight()->value())};
 }
 
 template <class Number>
@@ -61,7 +48,7 @@ double QuotientOf(const boost::rational<Number>& fraction) {
 }
 
 __int64 FrameNumberAt(const boost::rational<__int64>& time, const KestoMediaLib::Project& project) {
-    return ToInteger<__int64>(std::floor(QuotientOf(project.frameRate()) * QuotientOf(time)));
+    return Truncated<__int64>(std::floor(QuotientOf(project.frameRate()) * QuotientOf(time)));
 }
 
 /// Of that size, with the origin in the middle; an odd length has its larger half right of it and below.

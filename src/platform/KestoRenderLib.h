@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/CommandQueueThread.h"
 #include "platform/Export.h"
 #include "platform/Gdiplus.h"
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/LockOrder.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -33,37 +35,74 @@
 /// A function that the analysis cannot follow; say why beside it.
 #define KESTO_NO_THREAD_SAFETY_ANALYSIS KESTO_THREAD_ANNOTATION(no_thread_safety_analysis)
 
-/// The standard mutex, under a name that annotations can speak of.
-class KESTO_CAPABILITY("mutex") Mutex : public std::mutex {
+/// The standard mutex, under a name that annotations can speak of. With a rank it aborts in builds that check
+/// the order of locks, when a thread takes it out of its place.
+class KESTO_CAPABILITY("mutex") Mutex : public std::mutex, public RankedLock {
 public:
-    void lock() KESTO_ACQUIRE() { std::mutex::lock(); }
-    void unlock() KESTO_RELEASE() { std::mutex::unlock(); }
-    bool try_lock() KESTO_TRY_ACQUIRE(true) { return std::mutex::try_lock(); }
+    constexpr Mutex() = default;
+    constexpr explicit Mutex(const LockRank& rank)
+        : RankedLock(rank) {}
+
+    void lock() KESTO_ACQUIRE() {
+        willTake(Reentry::Refused);
+        std::mutex::lock();
+    }
+    void unlock() KESTO_RELEASE() {
+        willLeave();
+        std::mutex::unlock();
+    }
+    bool try_lock() KESTO_TRY_ACQUIRE(true) {
+        const bool taken = std::mutex::try_lock();
+        if (taken)
+            wasFree();
+        return taken;
+    }
 };
 
 /// Holds a `Mutex` for a scope.
 class KESTO_SCOPED_CAPABILITY MutexLock {
 public:
     explicit MutexLock(Mutex& mutex) KESTO_ACQUIRE(mutex)
-        : held(mutex) {}
+        : rank(mutex)
+        , held(mutex) {}
     ~MutexLock() KESTO_RELEASE() {}
     MutexLock(const MutexLock&) = delete;
     MutexLock& operator=(const MutexLock&) = delete;
 
     /// For condition variables. Wait in a `while` loop: the analysis takes a predicate for unlocked code.
-    std::unique_lock<std::mutex>& native() { return held; }
+    std::unique_lock<std::mutex>& native() {
+        rank.willWait();
+        return held;
+    }
 
 private:
+    // Stays while a wait lets go of the mutex: the thread takes no other lock then.
+    [[no_unique_address]] HeldRank rank;
     std::unique_lock<std::mutex> held;
 };
 
 /// For contracts that need re-entry, and only those. The analysis knows one level: between functions of one
 /// class that take it, keep pairs `X()` and `XLocked()`.
-class KESTO_CAPABILITY("mutex") RecursiveMutex : public std::recursive_mutex {
+class KESTO_CAPABILITY("mutex") RecursiveMutex : public std::recursive_mutex, public RankedLock {
 public:
-    void lock() KESTO_ACQUIRE() { std::recursive_mutex::lock(); }
-    void unlock() KESTO_RELEASE() { std::recursive_mutex::unlock(); }
-    bool try_lock() KESTO_TRY_ACQUIRE(true) { return std::recursive_mutex::try_lock(); }
+    RecursiveMutex() = default;
+    explicit RecursiveMutex(const LockRank& rank)
+        : RankedLock(rank) {}
+
+    void lock() KESTO_ACQUIRE() {
+        willTake(Reentry::Allowed);
+        std::recursive_mutex::lock();
+    }
+    void unlock() KESTO_RELEASE() {
+        willLeave();
+        std::recursive_mutex::unlock();
+    }
+    bool try_lock() KESTO_TRY_ACQUIRE(true) {
+        const bool taken = std::recursive_mutex::try_lock();
+        if (taken)
+            wasFree();
+        return taken;
+    }
 };
 
 /// Holds a `RecursiveMutex` for a scope.
@@ -76,7 +115,7 @@ public:
     RecursiveMutexLock& operator=(const RecursiveMutexLock&) = delete;
 
 private:
-    std::lock_guard<std::recursive_mutex> held;
+    std::lock_guard<RecursiveMutex> held;
 };
 
 /// What a signalled `Event` does when a wait ends: `Automatic` forgets the signal, so that each `set` lets

@@ -1,22 +1,10 @@
 #include "production/FitWithinBounds.h"
 #include "production/GdiplusBitmapThumbnailingHelper.h"
+#include "production/MakeBitmap.h"
 
 #include <memory>
 
 namespace KestoThumbnailer {
-
-namespace {
-
-/// Null when there is no memory for the bitmap or its pixels, and for a format that nothing can be drawn
-/// into.
-std::unique_ptr<Gdiplus::Bitmap> MakeBitmap(int width, int height, PixelFormat format) {
-    std::unique_ptr<Gdiplus::Bitmap> bitmap(new Gdiplus::Bitmap(width, height, 0, format, nullptr));
-    if (bitmap && bitmap->GetLastStatus() != Gdiplus::Ok)
-        bitmap.reset();
-    return bitmap;
-}
-
-} // namespace
 
 Gdiplus::Bitmap* GdiplusBitmapThumbnailingHelper::GenerateThumbnailBitmap(Gdiplus::Bitmap* source, int width,
                                                                           int height) {

@@ -10,11 +10,4 @@ Gdiplus::Bitmap* GdiplusBitmapThumbnailingHelper::GetThumbnailForOffline(const s
     return LoadErrorImage(path);
 }
 
-// FIXME: callouts are not shown.
-Gdiplus::Bitmap*
-GdiplusBitmapThumbnailingHelper::GetThumbnailForCallout(boost::shared_ptr<const KestoMediaLib::Callout>, int,
-                                                        int) {
-    return nullptr;
-}
-
 } // namespace KestoThumbnailer

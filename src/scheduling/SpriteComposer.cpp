@@ -162,6 +162,7 @@ void SpriteComposer::DeliverCopyLocked() {
     if (!callback)
         return;
     Gdiplus::Bitmap* copy = CopySheetLocked().release();
+    const CallbackUnderLocks callersCode;
     callback->OnLoadedGdiPlusBitmapThumbnail(&copy, ThumbnailLoaderJob());
     const std::unique_ptr<Gdiplus::Bitmap> leftBehind(copy);
 }

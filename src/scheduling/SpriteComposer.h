@@ -65,7 +65,8 @@ private:
     std::unique_ptr<Gdiplus::Bitmap> sheet KESTO_GUARDED_BY(lock);
     int arrivedCount KESTO_GUARDED_BY(lock) = 0; // also the index of the next tile
     IThumbnailLoaderGdiplusBitmapCallback* const callback;
-    mutable RecursiveMutex lock; // held while the callback runs, which may come back
+    mutable RecursiveMutex lock{
+        LockRanks::spriteComposer}; // held while the callback runs, which may come back
     const int columns;
     const SpriteStyle style;
 };

@@ -162,21 +162,23 @@ void ThumbnailLoader::QueuePicture(const ThumbnailLoaderJob& job, JobMode mode) 
 }
 
 void ThumbnailLoader::QueueProjectFrame(const ThumbnailLoaderJob& job) {
-    const MutexLock held(projectLock);
-    UseProjectLocked(job);
-    Push(ThumbCmdProjectFrame, job);
-}
+    // In the end what was the loader's before: it goes without a lock, since its parts may be the caller's.
+    boost::shared_ptr<KestoMediaLib::Project> project = job.project;
+    boost::shared_ptr<ProjectFrameGrabber> grabber;
+    auto media = job.mediaToRender;
 
-void ThumbnailLoader::UseProjectLocked(const ThumbnailLoaderJob& job) {
-    boost::shared_ptr<ProjectFrameGrabber> grabber; // in the end the old one, which goes without the lock
-    if (job.project != currentProject)
-        grabber = boost::make_shared<ProjectFrameGrabber>(job.project);
-    const MutexLock held(grabberLock);
-    if (grabber) {
-        currentProject = job.project;
-        projectGrabber.swap(grabber);
+    const MutexLock queueing(projectLock);
+    if (project != currentProject) {
+        grabber = boost::make_shared<ProjectFrameGrabber>(project);
+        project.swap(currentProject);
     }
-    mediaToRender = job.mediaToRender;
+    {
+        const MutexLock held(grabberLock);
+        if (grabber)
+            grabber.swap(projectGrabber);
+        media.swap(mediaToRender);
+    }
+    Push(ThumbCmdProjectFrame, job);
 }
 
 void ThumbnailLoader::Push(ThumbnailCommandKind kind, const ThumbnailLoaderJob& job) {

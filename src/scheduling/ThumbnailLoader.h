@@ -56,6 +56,8 @@ class KESTO_EXPORT ThumbnailLoader final : public IThumbnailLoader,
                                            public IThumbnailLoaderGdiplusBitmapCallback,
                                            public IThumbnailLoaderGdiplusBitmapCallbackForSavingtoFile {
 public:
+    /// Starts the worker. Without `pruneDuplicates` every command runs; `style` is that of all its sheets.
+    /// Throws std::system_error when the system has no thread to give.
     explicit ThumbnailLoader(bool pruneDuplicates = true, SpriteStyle style = SpriteStyleRows);
     ~ThumbnailLoader() override;
     ThumbnailLoader(const ThumbnailLoader&) = delete;
@@ -103,8 +105,7 @@ private:
     void Queue(const ThumbnailLoaderJob& job, JobMode mode);
     void QueueSheet(const ThumbnailLoaderJob& job, JobMode mode);
     void QueuePicture(const ThumbnailLoaderJob& job, JobMode mode);
-    void QueueProjectFrame(const ThumbnailLoaderJob& job) KESTO_EXCLUDES(projectLock);
-    void UseProjectLocked(const ThumbnailLoaderJob& job) KESTO_REQUIRES(projectLock);
+    void QueueProjectFrame(const ThumbnailLoaderJob& job) KESTO_EXCLUDES(projectLock, grabberLock);
     void Push(ThumbnailCommandKind kind, const ThumbnailLoaderJob& job);
 
     void Run(std::int32_t kind, const ThumbnailLoaderJob& job);
@@ -128,19 +129,21 @@ private:
     boost::shared_ptr<IWorkerThreadManager> threadManager;
     Event spriteDoneEvent{EventReset::Manual};
     boost::shared_ptr<SpriteComposer> spriteComposer KESTO_GUARDED_BY(spriteLock);
-    RecursiveMutex spriteLock; // held while a sheet is delivered, whose callback may ask for the next one
+    /// Held while a sheet is delivered, whose callback may ask for the next one.
+    RecursiveMutex spriteLock{LockRanks::loaderSprite};
     const SpriteStyle spriteStyle;
     std::atomic<bool> paused = false; // no lock: one flag, which no other state goes with
     boost::shared_ptr<KestoMediaLib::Project> currentProject KESTO_GUARDED_BY(projectLock);
     boost::shared_ptr<ProjectFrameGrabber> projectGrabber KESTO_GUARDED_BY(grabberLock);
-    Mutex grabberLock; // never held together with spriteLock, nor while something is rendered
+    /// Never held together with spriteLock, nor while something is rendered.
+    Mutex grabberLock{LockRanks::loaderGrabber};
 
     /// Of the job that was queued last. The worker gives it to the grabber, which is no thread's but its.
     std::list<boost::shared_ptr<const KestoMediaLib::Media>> mediaToRender KESTO_GUARDED_BY(grabberLock);
 
     /// Held while the frame of a project is queued, a grabber made for it included, so that the last command
     /// in the queue is that of the current grabber.
-    Mutex projectLock KESTO_ACQUIRED_BEFORE(grabberLock);
+    Mutex projectLock KESTO_ACQUIRED_BEFORE(grabberLock){LockRanks::loaderProject};
 
     Event goingAway{EventReset::Manual}; // signalled when the destructor begins
 };

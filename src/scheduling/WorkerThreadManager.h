@@ -50,8 +50,9 @@ private:
     std::thread unawaitedThread KESTO_GUARDED_BY(lifecycleLock); // stopped, runs out by itself
     std::vector<THUMB_THREADCMD> commands KESTO_GUARDED_BY(queueLock);
 
-    Mutex queueLock;                                      // held while duplicates are searched for
-    Mutex lifecycleLock KESTO_ACQUIRED_BEFORE(queueLock); // held while the thread is awaited; never by it
+    Mutex queueLock{LockRanks::workerQueue}; // held while duplicates are searched for
+    // Held while the thread is awaited; never by it.
+    Mutex lifecycleLock KESTO_ACQUIRED_BEFORE(queueLock){LockRanks::workerLifecycle};
 };
 
 } // namespace KestoThumbnailer

@@ -53,6 +53,19 @@ public:
     bool arrived = false;
 };
 
+/// Takes the lock of a loader that has nothing to do with the composer.
+class LockingCallback final : public IThumbnailLoaderGdiplusBitmapCallback {
+public:
+    void OnLoadedGdiPlusBitmapThumbnail(Gdiplus::Bitmap** /*bitmap*/,
+                                        const ThumbnailLoaderJob& /*job*/) override {
+        const MutexLock held(othersLock);
+        ++calls;
+    }
+
+    Mutex othersLock{LockRanks::loaderGrabber};
+    int calls = 0;
+};
+
 class SpriteComposerTest : public ::testing::Test {
 protected:
     static void add(SpriteComposer& composer, ARGB color, int width = 8, int height = 8) {
@@ -193,6 +206,12 @@ TEST_F(SpriteComposerTest, ACallbackMayLeaveTheSheetAndCallBack) {
     composer.DoneAddingBitmaps(); // the leak checker tells when the copy stays
     EXPECT_TRUE(asking.delivered);
     EXPECT_TRUE(asking.arrived);
+}
+
+TEST_F(SpriteComposerTest, ACallbackMayUseOtherLoaders) {
+    LockingCallback locking;
+    SpriteComposer(8, 8, 1, &locking, "", SpriteStyleRows).DoneAddingBitmaps();
+    EXPECT_EQ(locking.calls, 1);
 }
 
 TEST_F(SpriteComposerTest, AllTilesHaveArrivedAtTheirCountAndNotBeyond) {

@@ -218,6 +218,24 @@ TEST_F(ProjectThumbnails, TheLastProjectStaysWithTheLoader) {
     EXPECT_TRUE(watched.expired());
 }
 
+TEST_F(ProjectThumbnails, AFormerProjectGoesWithoutALock) {
+    ThumbnailLoader loader;
+    ThumbnailLoaderJob former = job();
+    former.project =
+        boost::shared_ptr<TestProject>(new TestProject(8, 4), [this, &loader](const TestProject* gone) {
+            delete gone;
+            loader.GetThumbnailAsync(job({2.0}));
+        });
+    loader.GetThumbnailAsync(former);
+    pictures.await(1);
+    drain(loader);
+    former.project.reset();
+    pictures.clear();
+
+    loader.GetThumbnailAsync(job({1.0}));
+    EXPECT_EQ(pixelOf(*pictures.await(2)[1].bitmap, 0, 0), burntIn(60));
+}
+
 TEST_F(ProjectThumbnails, ARendererThatCannotBeBuiltIsTheCallersException) {
     ThumbnailLoader loader;
     loader.GetThumbnailAsync(job({1.0}));

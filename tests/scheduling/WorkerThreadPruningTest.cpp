@@ -145,4 +145,34 @@ TEST_F(WorkerThreadPruning, ComparesOrFoldsWithoutCopyingAPayload) {
     EXPECT_EQ(copies, 10);
 }
 
+#if defined(KESTO_CHECK_LOCK_ORDER)
+
+namespace {
+
+/// Against its contract. The command holds its manager.
+bool stopsItsManager(THUMB_THREADCMD& taken, THUMB_THREADCMD&) {
+    boost::any_cast<WorkerThreadManager*>(taken.data)->Stop(false);
+    return false;
+}
+
+} // namespace
+
+TEST(WorkerThreadPruningDeathTest, AFunctionThatStopsItsManagerBreaksTheLockOrder) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(
+        {
+            CommandRecorder recorder;
+            WorkerThreadManager manager;
+            manager.SetPruning(true, stopsItsManager);
+            manager.PushCommand({1, &manager, 0});
+            manager.PushCommand({1, &manager, 0});
+            manager.Start(CommandRecorder::handle, &recorder, "Test");
+            recorder.drain(manager);
+        },
+        "WorkerThreadManager::lifecycleLock must be taken before the lock that is held, "
+        "WorkerThreadManager::queueLock");
+}
+
+#endif
+
 } // namespace KestoThumbnailer
