@@ -60,6 +60,7 @@ int countForAllRows(const TileSize& tile, int count) {
 
 std::vector<CRect> placesOf(SpriteStyle style, const TileSize& tile, int count) {
     std::vector<CRect> places;
+    places.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         places.push_back(placeOf(i, style, tile, count));
     return places;

@@ -17,6 +17,7 @@ ModelTime fractionOf(ModelTime duration, int numerator, int denominator) {
 
 std::vector<ModelTime> evenTimes(ModelTime duration, int count) {
     std::vector<ModelTime> times;
+    times.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         times.push_back(fractionOf(duration, i, count));
     return times;

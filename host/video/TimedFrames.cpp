@@ -36,7 +36,7 @@ Size canvasOf(const Project& project) {
 
 /// `problem` is the renderer's own sentence.
 Failure whyNotOpened(const std::string& input, const std::string& problem) {
-    const Failure failure = whyNoVideo(input, trackByPathAlone);
+    Failure failure = whyNoVideo(input, trackByPathAlone);
     const bool isAboutContent = failure.reason == "unknown-format" || failure.reason == "nothing-wrong";
     if (isProjectFile(input) && isAboutContent)
         return {"bad-project", problem, /*withoutPicture=*/true};
@@ -66,7 +66,7 @@ TimedFrames::Opened TimedFrames::open(const std::string& input) {
     return {std::unique_ptr<TimedFrames>(new TimedFrames(project, !isProjectFile(input))), {}};
 }
 
-TimedFrames::TimedFrames(boost::shared_ptr<const Project> project, bool isMedia)
+TimedFrames::TimedFrames(const boost::shared_ptr<const Project>& project, bool isMedia)
     : grabber(project)
     , frameClock(project->frameRate())
     , end(KestoMediaLib::endOfProject(*project))

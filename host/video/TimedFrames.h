@@ -47,7 +47,7 @@ public:
     static constexpr KestoRenderLib::Size largestView{3840, 2160};
 
 private:
-    TimedFrames(boost::shared_ptr<const KestoMediaLib::Project> project, bool isMedia);
+    TimedFrames(const boost::shared_ptr<const KestoMediaLib::Project>& project, bool isMedia);
 
     KestoThumbnailer::ProjectFrameGrabber grabber;
     FrameClock frameClock;
