@@ -27,8 +27,9 @@ struct AffinePaint {
     PaintedPixels target;
 };
 
-/// The one entry point of the painting module. False, with nothing drawn or only a part, for a map that cannot
-/// be inverted, a picture or target of more than 32767 pixels in a direction, or without memory. Any thread.
+/// The one entry point of the painting module. False, with nothing drawn or only a part, for a map that
+/// cannot be inverted, a picture or target of more than 32767 pixels in a direction, or without memory. Any
+/// thread.
 using PaintThroughAffine = bool(const AffinePaint& paint);
 
 constexpr const char* paintThroughAffineName = "kestoPaintThroughAffine";

@@ -12,7 +12,8 @@ class SourceCache;
 /// Draws what plays at a moment. A media whose file is missing or damaged leaves a hole.
 class MediaPainter {
 public:
-    /// With an empty list every media is drawn, else those in it and what lies inside them. Both outlive this.
+    /// With an empty list every media is drawn, else those in it and what lies inside them. Both outlive
+    /// this.
     MediaPainter(SourceCache& sources, const MediaList& wanted)
         : cache(sources)
         , only(wanted) {}

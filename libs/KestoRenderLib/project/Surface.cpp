@@ -31,8 +31,8 @@ Surface::Surface(const Size& size, const Rect& clip, boost::shared_ptr<MetaBitma
 
 bool Surface::coversAll(const MetaBitmap& picture, int x, int y) const {
     const Rect everything(0, 0, extent.width, extent.height);
-    return clipped == everything && intersection(everything, {x, y, x + picture.GetWidth(),
-                                                              y + picture.GetHeight()}) == everything;
+    return clipped == everything &&
+           intersection(everything, {x, y, x + picture.GetWidth(), y + picture.GetHeight()}) == everything;
 }
 
 void Surface::put(const boost::shared_ptr<MetaBitmap>& picture, int x, int y, double opacity) {

@@ -84,7 +84,8 @@ TEST(Compositing, TurnedMediaAreFadedToo) {
 
 TEST(Compositing, AFrameThatSomebodyHoldsIsNotDrawnOver) {
     Composition composition(4, 2);
-    composition.add(lasting(at(1, 0, colored(red, 2, 2)), 0, 1)).add(lasting(at(1, 0, colored(blue, 2, 2)), 1, 1));
+    composition.add(lasting(at(1, 0, colored(red, 2, 2)), 0, 1))
+        .add(lasting(at(1, 0, colored(blue, 2, 2)), 1, 1));
     const Frame first = composition.render(0);
     composition.render(1);
     EXPECT_EQ(lettersOf(first), "..RR\n..RR\n");
@@ -92,7 +93,8 @@ TEST(Compositing, AFrameThatSomebodyHoldsIsNotDrawnOver) {
 
 TEST(Compositing, AFrameLeavesNothingBehindForTheNext) {
     Composition composition(4, 2);
-    composition.add(lasting(at(1, 0, colored(red, 2, 2)), 0, 1)).add(lasting(at(-1, 0, colored(blue, 2, 2)), 1, 1));
+    composition.add(lasting(at(1, 0, colored(red, 2, 2)), 0, 1))
+        .add(lasting(at(-1, 0, colored(blue, 2, 2)), 1, 1));
     composition.render(0);
     EXPECT_EQ(lettersOf(composition.render(1)), "BB..\nBB..\n");
 }
