@@ -16,7 +16,8 @@ if(KESTO_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
             -x c++ -c /dev/null -o ${PROJECT_BINARY_DIR}/CMakeFiles/ccache.o
         RESULT_VARIABLE ccache_status OUTPUT_QUIET ERROR_QUIET)
     if(ccache_status EQUAL 0)
-        set(CMAKE_CXX_COMPILER_LAUNCHER ${KESTO_CCACHE})
+        # The header that tests share is compiled beforehand, which ccache wants to be told.
+        set(CMAKE_CXX_COMPILER_LAUNCHER env CCACHE_SLOPPINESS=pch_defines,time_macros ${KESTO_CCACHE})
     else()
         message(STATUS "ccache does not work here; building without it")
     endif()
@@ -114,14 +115,26 @@ function(kesto_module name)
     kesto_record_wall(${arg_MAY_USE})
 endfunction()
 
+# What test code is compiled with. It runs once for each time it is built: optimising it, or watching it for
+# undefined behaviour, costs more than the run.
+function(kesto_compile_test target)
+    kesto_compile(${target})
+    target_compile_options(${target} PRIVATE -O0)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+        target_compile_options(${target} PRIVATE -fpch-preprocess) # for ccache
+    endif()
+    if(KESTO_SANITIZE MATCHES undefined)
+        target_compile_options(${target} PRIVATE -fno-sanitize=undefined)
+    endif()
+endfunction()
+
 # kesto_tests(<name> SOURCES ... LINKS <target>...): one test program `<name>_test`, its cases known to CTest.
 function(kesto_tests name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
     set(target ${name}_test)
     add_executable(${target} ${arg_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/ForeignFindings.cpp)
-    kesto_compile(${target})
-    # A test runs once for each time it is built, and optimising it costs more than it saves.
-    target_compile_options(${target} PRIVATE -O0)
+    kesto_compile_test(${target})
+    target_precompile_headers(${target} REUSE_FROM kesto_test_headers)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(${target} PRIVATE GTest::gmock GTest::gtest_main ${arg_LINKS})
     include(GoogleTest)
