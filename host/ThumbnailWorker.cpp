@@ -1,11 +1,13 @@
 #include "ThumbnailWorker.h"
 
 #include "SourceKind.h"
+#include "video/ExactFrame.h"
 
 #include <KestoThumbnailer/ImageHelper.h>
 #include <KestoThumbnailer/ThumbnailLoaderJob.h>
 
 #include <exception>
+#include <optional>
 #include <utility>
 
 namespace KestoHost {
@@ -57,12 +59,21 @@ void ThumbnailWorker::OnLoadedGdiPlusBitmapThumbnail(Gdiplus::Bitmap** bitmap, c
 void ThumbnailWorker::OnThumbnailJobFinished(const ThumbnailLoaderJob&) {
     try {
         if (!hasPicture)
-            report.failure = withoutPicture(request.input);
+            tryWithoutLoader();
     } catch (const std::exception& error) {
         report.failure = internalFailure(request.input, error.what());
     }
     report.milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     finished(*this, std::exchange(report, {}));
+}
+
+/// The loader's own road to videos lays a grid over times; this one gives the exact frame.
+void ThumbnailWorker::tryWithoutLoader() {
+    const InputKind kind = inputKindOf(request.input);
+    if (kind == InputKind::Still)
+        report.failure = withoutPicture(request.input);
+    else
+        report = exactThumbnail(request, kind, std::nullopt);
 }
 
 } // namespace KestoHost

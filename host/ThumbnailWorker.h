@@ -13,7 +13,8 @@
 namespace KestoHost {
 
 /// A loader that is given one request at a time, and what becomes of it: the file, or the reason why there is
-/// none. The process must have started GDI+.
+/// none. What is no picture is tried as a video or project on the same thread. The process must have started
+/// GDI+.
 class ThumbnailWorker final : public KestoThumbnailer::IThumbnailLoaderGdiplusBitmapCallback,
                               public KestoThumbnailer::IThumbnailLoaderFinishedCallback {
 public:
@@ -36,6 +37,8 @@ public:
     void OnThumbnailJobFinished(const KestoThumbnailer::ThumbnailLoaderJob& job) override;
 
 private:
+    void tryWithoutLoader();
+
     using Clock = std::chrono::steady_clock;
 
     const Finished finished;
