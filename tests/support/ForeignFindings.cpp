@@ -10,9 +10,12 @@ extern "C" KESTO_EXPORT const char* __lsan_default_suppressions() {
     return "leak:x265_malloc\nleak:xmlParseEntityValue\nleak:libfontconfig\n";
 }
 
-// GLib's allocator and librsvg lock by means that the checker cannot see in uninstrumented code.
+// GLib's allocator, librsvg and FFmpeg lock and count references by means that the checker cannot see in
+// uninstrumented code.
 extern "C" KESTO_EXPORT const char* __tsan_default_suppressions() {
-    return "called_from_lib:libglib-2.0.so.0\ncalled_from_lib:librsvg-2.so.2\n";
+    return "called_from_lib:libglib-2.0.so.0\ncalled_from_lib:librsvg-2.so.2\n"
+           "called_from_lib:libavutil.so\ncalled_from_lib:libavcodec.so\ncalled_from_lib:libavformat.so\n"
+           "called_from_lib:libswscale.so\n";
 }
 
 // NOLINTEND(bugprone-reserved-identifier)
