@@ -76,7 +76,8 @@ TEST_F(Batch, BadInputsDoNotStopTheOthers) {
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_THAT(written(), ElementsAre("a.png", "z.png"));
     for (const char* sentence : {"kesto-thumbnail: \"nothing.png\" does not exist.\n",
-                                 "kesto-thumbnail: \"letter.png\" is of no kind that can be read.\n",
+                                 "kesto-thumbnail: \"letter.png\" is no picture, document, video or project "
+                                 "that can be read.\n",
                                  "kesto-thumbnail: \"out\" is not a regular file.\n"})
         EXPECT_THAT(run.errors, HasSubstr(sentence));
 }
