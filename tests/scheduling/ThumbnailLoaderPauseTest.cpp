@@ -100,12 +100,14 @@ TEST_F(PausedThumbnails, TheQueueGoesRoundInItsOrder) {
 
 TEST_F(PausedThumbnails, DuplicatesAreFoldedMeanwhile) {
     ThumbnailLoader loader;
+    occupy(loader); // so that all three are pending at the first take, whose order decides which is newest
     loader.Pause();
     for (const char* key : {"older", "newer", "newest"}) {
         ThumbnailLoaderJob job = imageJob(key);
         job.dedupeId = 5;
         loader.GetThumbnailAsync(job);
     }
+    gate.open();
     // The zoom job is behind them all, so that the worker has taken one of them before it.
     loader.GetThumbnailAsync(zoomJob("zoom"));
     pictures.await(1);
