@@ -2,9 +2,12 @@
 
 extern "C" {
 #include <libavutil/frame.h>
+#include <libavutil/mastering_display_metadata.h>
 #include <libavutil/pixdesc.h>
 #include <libswscale/swscale.h>
 }
+
+#include <algorithm>
 
 namespace EngineBackend {
 
@@ -50,6 +53,19 @@ int matrixOf(const AVFrame& frame) {
     }
 }
 
+/// Of the content where it is told, else of the screen that it was made on; 0 where neither is.
+double toldPeak(const AVFrame& frame) {
+    const AVFrameSideData* content = av_frame_get_side_data(&frame, AV_FRAME_DATA_CONTENT_LIGHT_LEVEL);
+    if (content && content->size >= sizeof(AVContentLightMetadata))
+        if (const unsigned peak = reinterpret_cast<const AVContentLightMetadata*>(content->data)->MaxCLL)
+            return peak;
+    const AVFrameSideData* screen = av_frame_get_side_data(&frame, AV_FRAME_DATA_MASTERING_DISPLAY_METADATA);
+    if (!screen || screen->size < sizeof(AVMasteringDisplayMetadata))
+        return 0;
+    const auto* display = reinterpret_cast<const AVMasteringDisplayMetadata*>(screen->data);
+    return display->has_luminance != 0 && display->max_luminance.den > 0 ? av_q2d(display->max_luminance) : 0;
+}
+
 } // namespace
 
 ColorDescription describeColors(const AVFrame& frame) {
@@ -58,6 +74,19 @@ ColorDescription describeColors(const AVFrame& frame) {
     return {.format = plain,
             .matrix = matrixOf(frame),
             .isFullRange = plain != format || frame.color_range == AVCOL_RANGE_JPEG};
+}
+
+std::optional<HdrDescription> describeHdr(const AVFrame& frame) {
+    constexpr double usualPeak = 1000;
+    constexpr double leastPeak = 100;
+    constexpr double greatestPeak = 10000;
+    if (frame.color_trc != AVCOL_TRC_SMPTE2084 && frame.color_trc != AVCOL_TRC_ARIB_STD_B67)
+        return std::nullopt;
+    const bool isPq = frame.color_trc == AVCOL_TRC_SMPTE2084;
+    const double peak = isPq ? toldPeak(frame) : 0;
+    return HdrDescription{.transfer = isPq ? HdrTransfer::Pq : HdrTransfer::Hlg,
+                          .peak = peak > 0 ? std::clamp(peak, leastPeak, greatestPeak) : usualPeak,
+                          .isBt2020 = frame.color_primaries != AVCOL_PRI_BT709};
 }
 
 bool hasAlpha(const AVFrame& frame) {

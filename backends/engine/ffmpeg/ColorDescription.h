@@ -1,5 +1,9 @@
 #pragma once
 
+#include "engine/ffmpeg/ToneMapper.h"
+
+#include <optional>
+
 struct AVFrame;
 
 namespace EngineBackend {
@@ -14,6 +18,9 @@ struct ColorDescription {
 /// Where a frame does not tell its matrix it is BT.709 from 1280 columns or 720 rows on, else BT.601, as
 /// players take it.
 ColorDescription describeColors(const AVFrame& frame);
+
+/// Nothing for a frame of ordinary dynamic range.
+std::optional<HdrDescription> describeHdr(const AVFrame& frame);
 
 bool hasAlpha(const AVFrame& frame);
 

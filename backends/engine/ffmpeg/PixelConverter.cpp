@@ -26,6 +26,7 @@ constexpr int quality = SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SW
 constexpr std::size_t slack = 64;
 
 constexpr int bytesPerPixel = 4;
+constexpr int bytesPerHdrPixel = 6;
 
 std::size_t pixelCount(PictureSize size) {
     return static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
@@ -87,14 +88,19 @@ Result<std::shared_ptr<const Picture>> PixelConverter::convert(const AVFrame& fr
 }
 
 Result<void> PixelConverter::scale(const AVFrame& frame, PictureSize size, std::uint8_t* pixels) {
-    return hasAlpha(frame) ? scaleTransparent(frame, size, pixels) : scaleOpaque(frame, size, pixels);
+    if (hasAlpha(frame))
+        return scaleTransparent(frame, size, pixels);
+    if (const auto hdr = describeHdr(frame))
+        return scaleHdr(frame, size, *hdr, pixels);
+    return scaleInto(frame, size, AV_PIX_FMT_BGRA, pixels);
 }
 
-Result<void> PixelConverter::scaleOpaque(const AVFrame& frame, PictureSize size, std::uint8_t* pixels) {
+Result<void> PixelConverter::scaleInto(const AVFrame& frame, PictureSize size, int format,
+                                       std::uint8_t* pixels) {
     const ColorDescription colors = describeColors(frame);
-    fromFrame.reset(sws_getCachedContext(fromFrame.release(), frame.width, frame.height,
-                                         static_cast<AVPixelFormat>(colors.format), size.width, size.height,
-                                         AV_PIX_FMT_BGRA, quality, nullptr, nullptr, nullptr));
+    fromFrame.reset(sws_getCachedContext(
+        fromFrame.release(), frame.width, frame.height, static_cast<AVPixelFormat>(colors.format), size.width,
+        size.height, static_cast<AVPixelFormat>(format), quality, nullptr, nullptr, nullptr));
     if (!fromFrame)
         return failure(ErrorKind::Unsupported,
                        fmt::format("frames of {} x {} pixels in format {} can't be converted", frame.width,
@@ -103,10 +109,23 @@ Result<void> PixelConverter::scaleOpaque(const AVFrame& frame, PictureSize size,
     (void)sws_setColorspaceDetails(fromFrame.get(), sws_getCoefficients(colors.matrix),
                                    colors.isFullRange ? 1 : 0, sws_getCoefficients(SWS_CS_DEFAULT), 1, 0,
                                    1 << 16, 1 << 16);
+    const int bytes = format == AV_PIX_FMT_BGRA ? bytesPerPixel : bytesPerHdrPixel;
     std::uint8_t* const planes[4] = {pixels, nullptr, nullptr, nullptr};
-    const int strides[4] = {size.width * bytesPerPixel, 0, 0, 0};
+    const int strides[4] = {size.width * bytes, 0, 0, 0};
     if (sws_scale(fromFrame.get(), frame.data, frame.linesize, 0, frame.height, planes, strides) < 0)
         return failure(ErrorKind::Damaged, "a frame can't be converted");
+    return {};
+}
+
+Result<void> PixelConverter::scaleHdr(const AVFrame& frame, PictureSize size, const HdrDescription& hdr,
+                                      std::uint8_t* pixels) {
+    hdrPixels.resize(pixelCount(size) * 3 + slack);
+    auto done = scaleInto(frame, size, AV_PIX_FMT_RGB48, reinterpret_cast<std::uint8_t*>(hdrPixels.data()));
+    if (!done)
+        return done;
+    if (!toneMapper || toneMapper->description() != hdr)
+        toneMapper = std::make_unique<ToneMapper>(hdr);
+    toneMapper->map({hdrPixels.data(), pixelCount(size) * 3}, {pixels, pixelCount(size) * bytesPerPixel});
     return {};
 }
 
@@ -117,7 +136,7 @@ Result<void> PixelConverter::scaleTransparent(const AVFrame& frame, PictureSize 
     if (!isSameSize && !whole)
         return noMemoryFor(own);
     std::uint8_t* const unscaled = isSameSize ? pixels : whole.get();
-    if (auto done = scaleOpaque(frame, own, unscaled); !done)
+    if (auto done = scaleInto(frame, own, AV_PIX_FMT_BGRA, unscaled); !done)
         return done;
     premultiply({unscaled, pixelCount(own) * bytesPerPixel});
     if (isSameSize)

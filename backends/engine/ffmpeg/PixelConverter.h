@@ -4,12 +4,15 @@
 #include "engine/EngineError.h"
 #include "engine/StreamFacts.h"
 #include "engine/ffmpeg/Handles.h"
+#include "engine/ffmpeg/ToneMapper.h"
 
 #include <memory>
+#include <vector>
 
 namespace EngineBackend {
 
-/// Makes pictures of decoded frames: colours by the frame's own matrix and range, scaled, turned upright.
+/// Makes pictures of decoded frames: colours by the frame's own matrix and range, high dynamic range brought
+/// to that of sRGB, scaled, turned upright.
 class PixelConverter {
 public:
     /// `size` is that of the upright picture. `TooLarge` beyond the pixel budget or without memory.
@@ -18,10 +21,14 @@ public:
 
 private:
     Result<void> scale(const AVFrame& frame, PictureSize size, std::uint8_t* pixels);
-    Result<void> scaleOpaque(const AVFrame& frame, PictureSize size, std::uint8_t* pixels);
+    Result<void> scaleInto(const AVFrame& frame, PictureSize size, int format, std::uint8_t* pixels);
+    Result<void> scaleHdr(const AVFrame& frame, PictureSize size, const HdrDescription& hdr,
+                          std::uint8_t* pixels);
     Result<void> scaleTransparent(const AVFrame& frame, PictureSize size, std::uint8_t* pixels);
 
-    ScalerPtr fromFrame;       ///< kept from the last frame, which was most likely of the same kind
+    ScalerPtr fromFrame; ///< kept from the last frame, which was most likely of the same kind
+    std::unique_ptr<ToneMapper> toneMapper;
+    std::vector<std::uint16_t> hdrPixels;
     ScalerPtr fromTransparent; ///< premultiplied pixels to their size
 };
 

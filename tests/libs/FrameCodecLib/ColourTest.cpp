@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <string>
+#include <vector>
 
 namespace FrameCodecLib {
 namespace {
@@ -84,6 +85,36 @@ INSTANTIATE_TEST_SUITE_P(Told, Colours,
 INSTANTIATE_TEST_SUITE_P(GuessedBySize, Colours,
                          testing::Values(Material{"bars-untold.mp4", bt601},
                                          Material{"bars-untold-wide.mp4", bt709}));
+
+/// Bars against red, green, blue by ITU-R BT.2100, 2390 and 2087.
+void expectBars(const std::string& file, const std::vector<std::array<int, 3>>& expected) {
+    const auto decoder = openDecoder(videoPath(file));
+    ASSERT_TRUE(decoder);
+    const auto frame = frameAt(*decoder, 0);
+    ASSERT_TRUE(frame && frame->Lock());
+    for (std::size_t bar = 0; bar < expected.size(); ++bar) {
+        const unsigned char* pixel = frame->GetPixels() + 16 * frame->GetStride() + (16 * bar + 8) * 4;
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            EXPECT_NEAR(pixel[2 - channel], expected[bar][channel], 2)
+                << "bar " << bar << ", channel " << channel;
+        EXPECT_EQ(pixel[3], 255);
+    }
+}
+
+TEST(HighDynamicRange, IsBroughtToThatOfTheScreen) {
+    expectBars("bars-pq.mp4", {{15, 15, 15},
+                               {136, 136, 136},
+                               {229, 229, 229},
+                               {250, 250, 250},
+                               {136, 0, 0},
+                               {3, 136, 1}, // as exact as its ten bits
+                               {0, 0, 136}});
+}
+
+TEST(HighDynamicRange, OfHybridLogGammaIsAsBrightAsOnItsScreen) {
+    expectBars("bars-hlg.mp4",
+               {{16, 16, 16}, {61, 61, 61}, {137, 137, 137}, {229, 229, 229}, {255, 255, 255}});
+}
 
 TEST(Alpha, IsMultipliedIntoTheColours) {
     const auto decoder = openDecoder(videoPath("alpha.mov"));
