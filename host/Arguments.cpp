@@ -65,6 +65,11 @@ std::optional<int> parseJobs(const std::string& text) {
     return jobs && *jobs >= 1 && *jobs <= mostJobs ? jobs : std::nullopt;
 }
 
+std::optional<int> parseMemory(const std::string& text) {
+    const std::optional<int> mebibytes = parseWhole<int>(text);
+    return mebibytes && *mebibytes >= 1 && *mebibytes <= mostMebibytes ? mebibytes : std::nullopt;
+}
+
 std::string checkBounds(const std::string& text) {
     if (parseBounds(text))
         return {};
@@ -88,6 +93,13 @@ std::string checkJobs(const std::string& text) {
     if (parseJobs(text))
         return {};
     return fmt::format("expected a whole number from 1 to {}, found \"{}\"", mostJobs, text);
+}
+
+std::string checkMemory(const std::string& text) {
+    if (parseMemory(text))
+        return {};
+    return fmt::format("expected a whole number of mebibytes from 1 to {}, found \"{}\"", mostMebibytes,
+                       text);
 }
 
 std::string checkFormat(const std::string& text) {

@@ -29,11 +29,18 @@ constexpr int mostJobs = 256;
 /// Nothing unless `text` is a decimal whole number from 1 to `mostJobs`.
 std::optional<int> parseJobs(const std::string& text);
 
+/// A tebibyte: the largest budget of memory, in mebibytes.
+constexpr int mostMebibytes = 1 << 20;
+
+/// Nothing unless `text` is a decimal whole number from 1 to `mostMebibytes`.
+std::optional<int> parseMemory(const std::string& text);
+
 /// What is wrong with the value of an option, as CLI11 wants it: empty when nothing is.
 std::string checkBounds(const std::string& text);
 std::string checkSeconds(const std::string& text);
 std::string checkTrack(const std::string& text);
 std::string checkJobs(const std::string& text);
+std::string checkMemory(const std::string& text);
 /// One of the extensions that outputs may have, without its dot.
 std::string checkFormat(const std::string& text);
 /// A folder that is there.

@@ -7,6 +7,7 @@
 #include "batch/Interruption.h"
 #include "batch/LineInputs.h"
 #include "batch/ListedInputs.h"
+#include "batch/MemoryNeed.h"
 #include "batch/OutputNames.h"
 #include "batch/Workers.h"
 
@@ -14,6 +15,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <system_error>
@@ -30,7 +32,8 @@ struct BatchOptions : ThumbnailOptions {
     std::vector<std::string> inputs;
     std::string outputFolder;
     std::string format = "png";
-    std::size_t jobs = 0; ///< 0: as many as there are processors
+    std::size_t jobs = 0;                        ///< 0: as many as there are processors
+    std::int64_t memory = std::int64_t{1} << 30; ///< for decoded pictures, in bytes
 
     bool readsLines() const { return inputs.front() == standardInput; }
 };
@@ -58,7 +61,7 @@ void makeThumbnails(const BatchOptions& options, InputSource& inputs, BatchRepor
     const auto files = filesOf(options);
     OutputNames names(options.outputFolder, options.format, *files);
     Workers workers(
-        jobsFor(options), [&reporter](const ThumbReport& report) { reporter.tell(report); },
+        jobsFor(options), options.memory, [&reporter](const ThumbReport& report) { reporter.tell(report); },
         [&reporter, &interruption] { return interruption.signal() == 0 && reporter.outputError() == 0; });
     while (const auto input = inputs.next()) {
         const OutputNames::Output output = names.nameFor(*input);
@@ -69,7 +72,7 @@ void makeThumbnails(const BatchOptions& options, InputSource& inputs, BatchRepor
             ThumbReport report = reportFor(request);
             report.failure = refusal;
             reporter.tell(report);
-        } else if (!workers.add(request)) {
+        } else if (!workers.add(request, memoryNeedOf(request.input))) {
             break;
         }
     }
@@ -136,6 +139,16 @@ void addBatchCommand(CLI::App& program, ExitStatus& status) {
                                            "How many pictures are made at a time; else one a processor")
         ->type_name("N")
         ->check(checkJobs);
+    const auto takeMemory = [options](const std::string& text) {
+        options->memory = std::int64_t{*parseMemory(text)} << 20;
+    };
+    command
+        ->add_option_function<std::string>(
+            "--memory", takeMemory,
+            "Mebibytes for the pictures in work at a time; else 1024. One that "
+            "is larger is made alone")
+        ->type_name("MIB")
+        ->check(checkMemory);
     addThumbnailOptions(*command, options, "Report as JSON on standard output, one object a line");
     command->callback([options, &status] {
         checkInputs(options->inputs);

@@ -4,11 +4,12 @@
 
 namespace KestoHost {
 
-Workers::Workers(std::size_t count, std::function<void(const ThumbReport&)> whomToTell,
+Workers::Workers(std::size_t count, std::int64_t memory, std::function<void(const ThumbReport&)> whomToTell,
                  std::function<bool()> whetherToBegin)
     : most(count)
     , told(std::move(whomToTell))
-    , mayBegin(std::move(whetherToBegin)) {}
+    , mayBegin(std::move(whetherToBegin))
+    , admission(memory) {}
 
 Workers::~Workers() {
     {
@@ -18,44 +19,48 @@ Workers::~Workers() {
     finish();
 }
 
-bool Workers::add(ThumbnailRequest request) {
+bool Workers::add(ThumbnailRequest request, std::int64_t bytes) {
     MutexLock held(lock);
     while (waiting.size() >= most && mayBegin())
         changed.wait(held.native());
     if (!mayBegin())
         return false;
-    waiting.push_back(std::move(request));
-    beginNextLocked();
+    waiting.push_back({std::move(request), bytes});
+    beginWhatFitsLocked();
     return true;
 }
 
 void Workers::finish() {
     MutexLock held(lock);
-    while (!waiting.empty() || running != 0)
+    while (!waiting.empty() || admission.running() != 0)
         changed.wait(held.native());
 }
 
-void Workers::beginNextLocked() {
-    ThumbnailWorker* const worker = idleWorkerLocked();
-    if (!worker)
-        return;
-    if (auto next = takeLocked()) {
-        worker->begin(std::move(*next)); // its end waits for the lock
-        ++running;
-    } else {
-        idle.push_back(worker);
+void Workers::beginWhatFitsLocked() {
+    while (nextFitsLocked()) {
+        ThumbnailWorker* const worker = idleWorkerLocked();
+        if (!worker)
+            return;
+        Waiting next = std::move(waiting.front());
+        waiting.pop_front();
+        admission.begin(next.bytes);
+        bytesInWork[worker] = next.bytes;
+        worker->begin(std::move(next.request)); // its end waits for the lock
     }
+}
+
+bool Workers::nextFitsLocked() {
+    if (!mayBegin())
+        waiting.clear();
+    return !waiting.empty() && admission.admits(waiting.front().bytes);
 }
 
 void Workers::onFinished(ThumbnailWorker& worker, const ThumbReport& report) {
     told(report);
     const MutexLock held(lock);
-    if (auto next = takeLocked()) {
-        worker.begin(std::move(*next));
-    } else {
-        idle.push_back(&worker);
-        --running;
-    }
+    admission.end(bytesInWork[&worker]);
+    idle.push_back(&worker);
+    beginWhatFitsLocked();
     changed.notify_all();
 }
 
@@ -70,16 +75,6 @@ ThumbnailWorker* Workers::idleWorkerLocked() {
     workers.push_back(std::make_unique<ThumbnailWorker>(
         [this](ThumbnailWorker& worker, const ThumbReport& report) { onFinished(worker, report); }));
     return workers.back().get();
-}
-
-std::optional<ThumbnailRequest> Workers::takeLocked() {
-    if (!mayBegin())
-        waiting.clear();
-    if (waiting.empty())
-        return std::nullopt;
-    ThumbnailRequest next = std::move(waiting.front());
-    waiting.pop_front();
-    return next;
 }
 
 } // namespace KestoHost

@@ -38,6 +38,14 @@ TEST_F(Batch, ScalesIntoTheBox) {
     EXPECT_EQ(thumbnail.at(50, 20), blue);
 }
 
+TEST_F(Batch, MakesPicturesAloneThatAreLargerThanItsMemory) {
+    for (const char* name : {"a.png", "b.png", "c.png"})
+        folder.write(name, redAndBluePng(1024, 512)); // 2 MiB when decoded
+    const ProgramRun run = batch({"--memory", "1", "--jobs", "4", "a.png", "b.png", "c.png"});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    EXPECT_THAT(written(), ElementsAre("a.png", "b.png", "c.png"));
+}
+
 TEST_F(Batch, ShowsDocumentsBesidePictures) {
     const TestSupport::PdfFile page = {.widthInPoints = 300, .heightInPoints = 150, .content = ""};
     folder.write("page.pdf", page.text());
@@ -149,6 +157,7 @@ TEST_F(Batch, WrongValueIsToldWithWhatWasExpected) {
         {"--size", "expected WIDTHxHEIGHT in pixels, each 0 (no bound) to 32767, found \"x\""},
         {"--format", "expected one of png, jpg, jpeg, gif, bmp, found \"x\""},
         {"--jobs", "expected a whole number from 1 to 256, found \"x\""},
+        {"--memory", "expected a whole number of mebibytes from 1 to 1048576, found \"x\""},
         {"--out-dir", "expected a folder that is there, found \"x\""},
     };
     for (const auto& [option, sentence] : expectations) {
@@ -166,7 +175,7 @@ TEST_F(Batch, JobsAreAWholeNumberInRange) {
 TEST_F(Batch, HelpNamesEveryOption) {
     const ProgramRun run = runHere({"batch", "--help"});
     EXPECT_EQ(run.exitStatus, 0);
-    for (const char* word :
-         {"INPUT", "--out-dir", "--format", "--jobs", "--size", "0x92", "--time", "--track", "--json"})
+    for (const char* word : {"INPUT", "--out-dir", "--format", "--jobs", "--memory", "--size", "0x92",
+                             "--time", "--track", "--json"})
         EXPECT_THAT(run.output, HasSubstr(word));
 }
