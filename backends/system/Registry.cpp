@@ -5,7 +5,7 @@
 #include "system/RegistryFile.h"
 #include "system/WideBuffer.h"
 
-#include <cstring>
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -57,7 +57,7 @@ LSTATUS hand(const StoredValue& value, DWORD* type, BYTE* data, DWORD* size) {
         return ERROR_SUCCESS;
     if (room < needed)
         return ERROR_MORE_DATA;
-    std::memcpy(data, value.bytes.data(), needed);
+    std::copy(value.bytes.begin(), value.bytes.end(), data);
     return ERROR_SUCCESS;
 }
 

@@ -31,7 +31,7 @@ public:
     // a walk with `MP4ParseException`; an honest file, whose atoms lie behind one another and nest six deep,
     // does not come near them.
     static constexpr std::uint32_t mostAtoms = 1U << 24;
-    static constexpr std::uint32_t mostAtomsReadAgain = 1U << 14;
+    static constexpr std::uint32_t mostAtomsReadAgain = 1U << 12;
     static constexpr int mostLevels = 64;
 
 protected:
