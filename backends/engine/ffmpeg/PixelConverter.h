@@ -3,6 +3,7 @@
 #include "engine/Engine.h"
 #include "engine/EngineError.h"
 #include "engine/StreamFacts.h"
+#include "engine/ffmpeg/BlockAverage.h"
 #include "engine/ffmpeg/Handles.h"
 
 #include <memory>
@@ -21,6 +22,7 @@ private:
     Result<void> scaleOpaque(const AVFrame& frame, PictureSize size, std::uint8_t* pixels);
     Result<void> scaleTransparent(const AVFrame& frame, PictureSize size, std::uint8_t* pixels);
 
+    BlockAverage averaged;
     ScalerPtr fromFrame;       ///< kept from the last frame, which was most likely of the same kind
     ScalerPtr fromTransparent; ///< premultiplied pixels to their size
 };
