@@ -40,9 +40,7 @@ std::optional<FoundFrame> PlannedSearch::find(std::int64_t target) {
         asked.giveUp();
         isReady = seekFor(target);
     }
-    // A frame that follows in the same group of pictures announces more of them, for which the decoder has to
-    // keep its state. The first frame of all is fetched with the least work.
-    isSequence = goesOn || !demuxer->canSeek() || (isReady && isNextNearby());
+    isSequence = expectsMore(goesOn);
     isPlaced = false;
     if (!isReady)
         return std::nullopt;
@@ -104,11 +102,15 @@ void PlannedSearch::restartDecoder() {
     isDrained = false;
 }
 
-/// By the index of the container; without one nobody knows.
-bool PlannedSearch::isNextNearby() const {
+/// Whether the decoder has to keep its state, since more is to come of this group of pictures. A frame that
+/// follows in the same group as the last announces more of them; what is asked for alone is fetched with the
+/// least work.
+bool PlannedSearch::expectsMore(bool goesOn) const {
+    if (!demuxer->canSeek())
+        return true;
     const auto next = asked.next();
     const auto key = next ? demuxer->indexedKeyFrame(stream, *next) : std::nullopt;
-    return key && window.lastTicks() && *key <= *window.lastTicks();
+    return key && window.lastTicks() ? *key <= *window.lastTicks() : goesOn;
 }
 
 /// Whether what is shown at `target` will not come out of the decoder, since another time was expected.

@@ -40,7 +40,7 @@ private:
 
     bool canGoForward(std::int64_t target) const;
     bool goForward(std::int64_t target);
-    bool isNextNearby() const;
+    bool expectsMore(bool goesOn) const;
     bool isPassedOver(std::int64_t target) const;
     bool seekFor(std::int64_t target);
     bool isPlaceGoodFor(std::int64_t target) const;
