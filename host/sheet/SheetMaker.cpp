@@ -11,6 +11,7 @@
 #include "sheet/WebVtt.h"
 #include "video/MovingInput.h"
 #include "video/TimedFrames.h"
+#include "video/VideoFrames.h"
 
 #include <KestoThumbnailer/ImageHelper.h>
 
@@ -21,6 +22,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <utility>
 
@@ -80,14 +82,21 @@ std::optional<Failure> refusalOfLayout(const SheetLayout& layout, const std::str
     return std::nullopt;
 }
 
+/// Of which tiles are made.
+struct TileSource {
+    ModelTime duration = 0;
+    TileSize shape;
+    std::function<boost::shared_ptr<KestoRenderLib::MetaBitmap>(ModelTime, const TileSize&)> frameAt;
+};
+
 /// What the sheet will be, without a look at any frame.
-std::optional<Failure> plan(const TimedFrames& frames, SheetReport& report) {
+std::optional<Failure> plan(const TileSource& source, SheetReport& report) {
     const SheetRequest& request = report.request;
-    report.duration = frames.duration();
+    report.duration = source.duration;
     if (auto refusal = refusalOfTimes(request.times, report.duration, request.input))
         return refusal;
     report.times = timesFor(request.times, report.duration);
-    const TileSize tile = tileSizeFor({frames.canvas().width, frames.canvas().height}, request.tile);
+    const TileSize tile = tileSizeFor(source.shape, request.tile);
     const int count = static_cast<int>(report.times.size());
     report.layout = request.style ? layOut(*request.style, tile, count) : layOutWhole(tile, count);
     return refusalOfLayout(report.layout, request.input);
@@ -134,18 +143,11 @@ std::optional<Failure> writeFiles(Gdiplus::Bitmap& sheet, const SheetReport& rep
     return left.empty() ? std::nullopt : std::optional(unwritten(left));
 }
 
-std::optional<Failure> tryMake(SheetReport& report) {
+std::optional<Failure> makeFrom(const TileSource& source, SheetReport& report) {
     const SheetRequest& request = report.request;
-    if (auto refusal = refusalOfNames(request))
+    if (auto refusal = plan(source, report))
         return refusal;
-    const GdiplusSession session;
-    report.sourceKind = wordOf(inputKindOf(request.input), request.input);
-    const TimedFrames::Opened opened = TimedFrames::open(request.input);
-    if (!opened.frames)
-        return opened.failure;
-    if (auto refusal = plan(*opened.frames, report))
-        return refusal;
-    const auto frameAt = [&frames = *opened.frames](ModelTime time) { return frames.frameAt(time); };
+    const auto frameAt = [&](ModelTime time) { return source.frameAt(time, report.layout.tile); };
     const PaintedSheet sheet = paintSheet(frameAt, report.times, report.layout);
     report.holes = sheet.holes;
     if (sheet.holes.size() == report.times.size())
@@ -156,6 +158,41 @@ std::optional<Failure> tryMake(SheetReport& report) {
     if (!sheet.bitmap)
         return internalFailure(request.input, "no memory for the sheet");
     return writeFiles(*sheet.bitmap, report);
+}
+
+/// Frames come out of the decoder in the size of their tiles.
+std::optional<Failure> makeFromVideo(SheetReport& report) {
+    const VideoFrames::Opened opened = VideoFrames::open(report.request.input, trackByPathAlone);
+    if (!opened.frames)
+        return opened.failure;
+    VideoFrames& frames = *opened.frames;
+    return makeFrom({frames.duration(),
+                     {frames.size().width, frames.size().height},
+                     [&frames](ModelTime time, const TileSize& tile) {
+                         return frames.frameAt(time, {tile.width, tile.height}).bitmap;
+                     }},
+                    report);
+}
+
+std::optional<Failure> makeFromProject(SheetReport& report) {
+    const TimedFrames::Opened opened = TimedFrames::open(report.request.input);
+    if (!opened.frames)
+        return opened.failure;
+    TimedFrames& frames = *opened.frames;
+    return makeFrom({frames.duration(),
+                     {frames.canvas().width, frames.canvas().height},
+                     [&frames](ModelTime time, const TileSize&) { return frames.frameAt(time); }},
+                    report);
+}
+
+std::optional<Failure> tryMake(SheetReport& report) {
+    const SheetRequest& request = report.request;
+    if (auto refusal = refusalOfNames(request))
+        return refusal;
+    const GdiplusSession session;
+    const InputKind kind = inputKindOf(request.input);
+    report.sourceKind = wordOf(kind, request.input);
+    return kind == InputKind::Video ? makeFromVideo(report) : makeFromProject(report);
 }
 
 } // namespace

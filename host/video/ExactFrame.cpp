@@ -1,6 +1,7 @@
 #include "video/ExactFrame.h"
 
 #include "video/TimedFrames.h"
+#include "video/VideoFrames.h"
 
 #include <KestoThumbnailer/GdiplusBitmapThumbnailingHelper.h>
 #include <KestoThumbnailer/ImageHelper.h>
@@ -78,43 +79,17 @@ std::optional<long long> numberOf(const FrameCodecLib::FrameTiming& timing,
                                                            : std::nullopt;
 }
 
-/// A decoded frame, readable as long as this lives.
-struct DecodedFrame {
-    std::unique_ptr<FrameCodecLib::Bitmap> bitmap;
-    DeliveredFrame told;
-};
-
-/// Without a bitmap where there is no decoder, and `failure` then tells why, or no frame.
-DecodedFrame decode(const ThumbnailRequest& request, std::optional<Failure>& failure) {
-    const std::unique_ptr<FrameCodecLib::DecoderFactory> factory(FrameCodecLib::DecoderFactory::Create());
-    const std::unique_ptr<FrameCodecLib::Decoder> decoder(
-        factory->CreateDecoder(request.input, request.track, /*decodersAtOnce=*/1));
-    if (!decoder) {
-        failure = whyNoVideo(request.input, request.track);
-        return {};
-    }
-    FrameCodecLib::FrameTiming timing;
-    DecodedFrame frame;
-    frame.bitmap.reset(
-        decoder->GetFrameAtTime({timeOf(request), KestoMediaLib::modelTimePerSecond}, timing, 0));
-    frame.told = {boost::rational_cast<double>(timing.start), numberOf(timing, decoder->GetFrameRate())};
-    if (!frame.bitmap || !frame.bitmap->Lock())
-        failure = nothingShown(request);
-    return frame;
-}
-
 std::optional<Failure> makeFromVideo(const ThumbnailRequest& request, ThumbReport& report) {
-    std::optional<Failure> failure;
-    const DecodedFrame decoded = decode(request, failure);
-    if (failure)
-        return failure;
-    report.frame = decoded.told;
-    FrameCodecLib::Bitmap& picture = *decoded.bitmap;
-    // The thumbnail is made within the life of the decoded frame, whose pixels it shares until then.
-    const FramePtr frame(new MetaBitmap({picture.GetWidth(), picture.GetHeight()}, picture.GetStride(),
-                                        KestoRenderLib::PixelFormat::Premultiplied32, picture.GetPixels(),
-                                        /*takeOwnership=*/false));
-    return saveThumbnail(frame, request, report);
+    const VideoFrames::Opened opened = VideoFrames::open(request.input, request.track);
+    if (!opened.frames)
+        return opened.failure;
+    VideoFrames& frames = *opened.frames;
+    const auto frame = frames.frameAt(timeOf(request), thumbnailSizeOf(frames.size(), request.bounds));
+    if (!frame.bitmap)
+        return nothingShown(request);
+    report.frame = {boost::rational_cast<double>(frame.timing.start),
+                    numberOf(frame.timing, frames.frameRate())};
+    return saveThumbnail(frame.bitmap, request, report);
 }
 
 /// Media shows its last frame after its end, as a decoder does; a project is over then.

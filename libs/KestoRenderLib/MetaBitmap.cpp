@@ -14,6 +14,25 @@ namespace {
 
 constexpr int bytesPerPixel = 4; // of every `PixelFormat` there is
 
+/// Of one with memory of its own.
+std::size_t bytesOf(const Size& size) {
+    return std::size_t{bytesPerPixel} * static_cast<std::size_t>(size.width) *
+           static_cast<std::size_t>(size.height);
+}
+
+/// Its pixels are not set yet. Empty for a size below 1 or without memory for it.
+boost::shared_ptr<MetaBitmap> withoutContent(const Size& size, PixelFormat format) {
+    if (size.width < 1 || size.height < 1 || size.width > std::numeric_limits<int>::max() / bytesPerPixel)
+        return {};
+    std::unique_ptr<unsigned char[]> memory(new (std::nothrow) unsigned char[bytesOf(size)]);
+    if (!memory)
+        return {};
+    auto bitmap =
+        boost::make_shared<MetaBitmap>(size, size.width * bytesPerPixel, format, memory.get(), true);
+    memory.release(); // NOLINT(bugprone-unused-return-value): the bitmap has it
+    return bitmap;
+}
+
 } // namespace
 
 MetaBitmap::MetaBitmap(const KestoRenderLib::Size& sizeInPixels, int bytesPerRow, PixelFormat /*format*/,
@@ -29,20 +48,14 @@ MetaBitmap::~MetaBitmap() {
 }
 
 boost::shared_ptr<MetaBitmap> MetaBitmap::Create(const KestoRenderLib::Size& size, PixelFormat format) {
-    if (size.width < 1 || size.height < 1 || size.width > std::numeric_limits<int>::max() / bytesPerPixel)
-        return {};
-    const int stride = size.width * bytesPerPixel;
-    const std::size_t bytes = static_cast<std::size_t>(stride) * static_cast<std::size_t>(size.height);
-    std::unique_ptr<unsigned char[]> memory(new (std::nothrow) unsigned char[bytes]());
-    if (!memory)
-        return {};
-    auto bitmap = boost::make_shared<MetaBitmap>(size, stride, format, memory.get(), true);
-    memory.release(); // NOLINT(bugprone-unused-return-value): the bitmap has it
+    auto bitmap = withoutContent(size, format);
+    if (bitmap)
+        std::fill_n(bitmap->GetPixels(), bytesOf(size), static_cast<unsigned char>(0));
     return bitmap;
 }
 
 boost::shared_ptr<MetaBitmap> MetaBitmap::CreateCopy() const {
-    auto copy = Create(size, PixelFormat::Premultiplied32);
+    auto copy = withoutContent(size, PixelFormat::Premultiplied32);
     if (!copy)
         return {};
     for (int y = 0; y < size.height; ++y)

@@ -98,13 +98,14 @@ Result<void> PixelConverter::scale(const AVFrame& frame, PictureSize size, std::
 Result<void> PixelConverter::scaleInto(const AVFrame& frame, PictureSize size, int format,
                                        std::uint8_t* pixels) {
     const ColorDescription colors = describeColors(frame);
+    const AVFrame& source = averaged.reduced(frame, size);
     fromFrame.reset(sws_getCachedContext(
-        fromFrame.release(), frame.width, frame.height, static_cast<AVPixelFormat>(colors.format), size.width,
-        size.height, static_cast<AVPixelFormat>(format), quality, nullptr, nullptr, nullptr));
+        fromFrame.release(), source.width, source.height, static_cast<AVPixelFormat>(colors.format),
+        size.width, size.height, static_cast<AVPixelFormat>(format), quality, nullptr, nullptr, nullptr));
     if (!fromFrame)
         return failure(ErrorKind::Unsupported,
-                       fmt::format("frames of {} x {} pixels in format {} can't be converted", frame.width,
-                                   frame.height, colors.format));
+                       fmt::format("frames of {} x {} pixels in format {} can't be converted", source.width,
+                                   source.height, colors.format));
     // Formats that are RGB already have no matrix and refuse one.
     (void)sws_setColorspaceDetails(fromFrame.get(), sws_getCoefficients(colors.matrix),
                                    colors.isFullRange ? 1 : 0, sws_getCoefficients(SWS_CS_DEFAULT), 1, 0,
@@ -112,7 +113,7 @@ Result<void> PixelConverter::scaleInto(const AVFrame& frame, PictureSize size, i
     const int bytes = format == AV_PIX_FMT_BGRA ? bytesPerPixel : bytesPerHdrPixel;
     std::uint8_t* const planes[4] = {pixels, nullptr, nullptr, nullptr};
     const int strides[4] = {size.width * bytes, 0, 0, 0};
-    if (sws_scale(fromFrame.get(), frame.data, frame.linesize, 0, frame.height, planes, strides) < 0)
+    if (sws_scale(fromFrame.get(), source.data, source.linesize, 0, source.height, planes, strides) < 0)
         return failure(ErrorKind::Damaged, "a frame can't be converted");
     return {};
 }

@@ -3,6 +3,7 @@
 #include "engine/Engine.h"
 #include "engine/EngineError.h"
 #include "engine/StreamFacts.h"
+#include "engine/ffmpeg/BlockAverage.h"
 #include "engine/ffmpeg/Handles.h"
 #include "engine/ffmpeg/ToneMapper.h"
 
@@ -26,6 +27,7 @@ private:
                           std::uint8_t* pixels);
     Result<void> scaleTransparent(const AVFrame& frame, PictureSize size, std::uint8_t* pixels);
 
+    BlockAverage averaged;
     ScalerPtr fromFrame; ///< kept from the last frame, which was most likely of the same kind
     std::unique_ptr<ToneMapper> toneMapper;
     std::vector<std::uint16_t> hdrPixels;

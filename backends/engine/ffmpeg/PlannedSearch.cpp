@@ -27,14 +27,20 @@ PlannedSearch::PlannedSearch(Demuxer& source, VideoDecoder& frames, int streamIn
     : demuxer(&source)
     , decoder(&frames)
     , stream(streamIndex)
-    , window(source) {}
+    , window(source) {
+    if (!source.canSeek())
+        asked.giveUp(); // nobody could go back to what a wrong guess passed over
+}
 
 std::optional<FoundFrame> PlannedSearch::find(std::int64_t target) {
+    asked.add(target);
     const bool goesOn = canGoForward(target);
-    const bool isReady = goesOn && !isDrained ? goForward(target) : seekFor(target);
-    // A frame that follows in the same group of pictures announces more of them, for which the decoder has to
-    // keep its state. The first frame of all is fetched with the least work.
-    isSequence = goesOn || !demuxer->canSeek();
+    bool isReady = goesOn && !isDrained ? goForward(target) : seekFor(target);
+    if (isReady && isPassedOver(target)) {
+        asked.giveUp();
+        isReady = seekFor(target);
+    }
+    isSequence = expectsMore(goesOn);
     isPlaced = false;
     if (!isReady)
         return std::nullopt;
@@ -96,17 +102,36 @@ void PlannedSearch::restartDecoder() {
     isDrained = false;
 }
 
+/// Whether the decoder has to keep its state, since more is to come of this group of pictures. A frame that
+/// follows in the same group as the last announces more of them; what is asked for alone is fetched with the
+/// least work.
+bool PlannedSearch::expectsMore(bool goesOn) const {
+    if (!demuxer->canSeek())
+        return true;
+    const auto next = asked.next();
+    const auto key = next ? demuxer->indexedKeyFrame(stream, *next) : std::nullopt;
+    return key && window.lastTicks() ? *key <= *window.lastTicks() : goesOn;
+}
+
+/// Whether what is shown at `target` will not come out of the decoder, since another time was expected.
+bool PlannedSearch::isPassedOver(std::int64_t target) const {
+    const auto plan = planFor(target);
+    return plan && std::any_of(inFlight.begin(), inFlight.end(), [&](const Flight& flight) {
+               return flight.isShown && flight.mayBeMissing && flight.start == plan->start;
+           });
+}
+
 std::optional<FramePlan> PlannedSearch::planFor(std::int64_t target) const {
     std::optional<FramePlan> plan = window.planFor(target);
     for (const Flight& flight : inFlight) {
-        if (!flight.mayBeShown)
+        if (!flight.isShown)
             continue;
         if (flight.start <= target && (!plan || flight.start > plan->start))
             plan = {flight.start, plan && plan->end > flight.start ? plan->end : flight.end};
     }
     if (plan) {
         for (const Flight& flight : inFlight)
-            if (flight.mayBeShown && flight.start > target)
+            if (flight.isShown && flight.start > target)
                 plan->end = plan->end > plan->start ? std::min(plan->end, flight.start) : flight.start;
         return plan;
     }
@@ -149,16 +174,19 @@ void PlannedSearch::feed(const FramePlan& plan, bool keepsGoing) {
         isDrained = true;
         return;
     }
-    const std::int64_t start = window.front().start;
-    wasTargetSent = wasTargetSent || start == plan.start;
-    const bool isNeeded = start == plan.start || (keepsGoing && start > plan.start);
-    sendFront(isNeeded ? Discard::Nothing : Discard::NonReference);
+    wasTargetSent = wasTargetSent || window.front().start == plan.start;
+    sendFront(isNeeded(window.front(), plan, keepsGoing) ? Discard::Nothing : Discard::NonReference);
+}
+
+bool PlannedSearch::isNeeded(const QueuedPacket& packet, const FramePlan& plan, bool keepsGoing) const {
+    return packet.start == plan.start ||
+           (keepsGoing && packet.start > plan.start && asked.mayMeet(packet.start, packet.end));
 }
 
 void PlannedSearch::sendFront(Discard discard) {
     const QueuedPacket sent = window.takeFront();
     decoder->send(*sent.packet, discard);
-    inFlight.push_back({sent.start, sent.end, sent.isShown && discard == Discard::Nothing});
+    inFlight.push_back({sent.start, sent.end, sent.isShown, discard != Discard::Nothing});
 }
 
 } // namespace EngineBackend

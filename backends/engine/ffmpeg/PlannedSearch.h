@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/ffmpeg/EvenSteps.h"
 #include "engine/ffmpeg/FoundFrame.h"
 #include "engine/ffmpeg/PacketWindow.h"
 #include "engine/ffmpeg/VideoDecoder.h"
@@ -33,17 +34,21 @@ private:
     struct Flight {
         std::int64_t start = 0;
         std::int64_t end = 0;
-        bool mayBeShown = false;
+        bool isShown = false;
+        bool mayBeMissing = false; ///< it was passed over, if no other picture needs it
     };
 
     bool canGoForward(std::int64_t target) const;
     bool goForward(std::int64_t target);
+    bool expectsMore(bool goesOn) const;
+    bool isPassedOver(std::int64_t target) const;
     bool seekFor(std::int64_t target);
     bool isPlaceGoodFor(std::int64_t target) const;
     void restartDecoder();
     std::optional<FramePlan> planFor(std::int64_t target) const;
     std::optional<FoundFrame> decode(const FramePlan& plan, bool keepsGoing);
     void feed(const FramePlan& plan, bool keepsGoing);
+    bool isNeeded(const QueuedPacket& packet, const FramePlan& plan, bool keepsGoing) const;
     void sendFront(Discard discard);
 
     Demuxer* demuxer;
@@ -56,6 +61,7 @@ private:
     bool wasTargetSent = false;
     bool isSequence = false; ///< frames are asked for one after the other
     std::int64_t lastShown = 0;
+    EvenSteps asked;
 };
 
 } // namespace EngineBackend

@@ -27,9 +27,10 @@ bool mayPassOver(const AVCodecParameters& codec) {
 
 } // namespace
 
-VideoDecoder::VideoDecoder(CodecContextPtr opened, bool canPassOver)
+VideoDecoder::VideoDecoder(CodecContextPtr opened, const AVCodecParameters& codec)
     : context(std::move(opened))
-    , mayDiscard(canPassOver) {}
+    , mayDiscard(mayPassOver(codec))
+    , nonReference(codec) {}
 
 VideoDecoder::~VideoDecoder() = default;
 
@@ -50,13 +51,15 @@ Result<std::unique_ptr<VideoDecoder>> VideoDecoder::open(const AVStream& stream,
     if (avcodec_open2(context.get(), codec, nullptr) < 0)
         return failure(ErrorKind::Unsupported,
                        fmt::format("{}: the decoder refuses the stream", codec->name));
-    return std::unique_ptr<VideoDecoder>(new VideoDecoder(std::move(context), mayPassOver(*stream.codecpar)));
+    return std::unique_ptr<VideoDecoder>(new VideoDecoder(std::move(context), *stream.codecpar));
 }
 
 void VideoDecoder::send(const AVPacket& packet, Discard discard) {
+    const bool isPassedOver = mayDiscard && discard == Discard::NonReference;
+    if (isPassedOver && nonReference.isOne({packet.data, static_cast<std::size_t>(packet.size)}))
+        return;
     // The packet is taken up by this very call, since no frame was waiting.
-    context->skip_frame =
-        mayDiscard && discard == Discard::NonReference ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
+    context->skip_frame = isPassedOver ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
     (void)avcodec_send_packet(context.get(), &packet);
 }
 

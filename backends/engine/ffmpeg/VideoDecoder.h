@@ -2,6 +2,7 @@
 
 #include "engine/EngineError.h"
 #include "engine/ffmpeg/Handles.h"
+#include "engine/ffmpeg/NonReferencePackets.h"
 
 #include <memory>
 
@@ -40,10 +41,11 @@ public:
     void flush();
 
 private:
-    VideoDecoder(CodecContextPtr opened, bool canPassOver);
+    VideoDecoder(CodecContextPtr opened, const AVCodecParameters& codec);
 
     CodecContextPtr context;
     bool mayDiscard;
+    NonReferencePackets nonReference;
 };
 
 } // namespace EngineBackend

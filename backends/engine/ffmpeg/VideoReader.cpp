@@ -19,11 +19,12 @@ std::int64_t pixelsOf(PictureSize size) {
     return std::int64_t{size.width} * size.height;
 }
 
-/// More than two help one stream little, and many readers are the rule.
+/// One more than processors, since threads wait for each other's frames. Many more help one stream little.
 int threadsFor(const VideoOptions& options) {
-    constexpr int most = 2;
+    constexpr int most = 4;
     const int processors = static_cast<int>(std::thread::hardware_concurrency());
-    return std::clamp(processors / std::max(options.readersAtOnce, 1), 1, most);
+    const int share = processors / std::max(options.readersAtOnce, 1);
+    return share > 1 ? std::min(share + 1, most) : 1;
 }
 
 bool covers(const FoundFrame& found, std::int64_t ticks) {

@@ -68,6 +68,24 @@ TEST_P(Colours, AreWithinTwoOfTheTrueValues) {
     }
 }
 
+TEST_P(Colours, AreNearlyTheSameInASmallerPicture) {
+    const Material& material = GetParam();
+    const auto decoder = openDecoder(videoPath(material.file));
+    ASSERT_TRUE(decoder);
+    ASSERT_TRUE(decoder->SetOutputSize(decoder->GetDisplayWidth() / 4, decoder->GetDisplayHeight() / 4));
+    const auto frame = frameAt(*decoder, 0);
+    ASSERT_TRUE(frame && frame->Lock());
+    constexpr double shareOfNeighbours = 4; // the scaler's kernel reaches over the edges
+    const auto& samples = material.bits == 8 ? bars : bars10;
+    for (std::size_t bar = 0; bar < samples.size(); ++bar) {
+        const unsigned char* pixel = frame->GetPixels() + 4 * frame->GetStride() + (4 * bar + 2) * 4;
+        const std::array<double, 3> expected = trueColour(samples[bar], material);
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            EXPECT_NEAR(pixel[channel], expected[channel], shareOfNeighbours)
+                << "bar " << bar << ", channel " << channel;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Told, Colours,
                          testing::Values(Material{"bars-8-bt709-tv.mp4", bt709},
                                          Material{"bars-8-smpte170m-tv.mp4", bt601},

@@ -132,6 +132,31 @@ TEST(OutputSize, ScalesWhatIsDelivered) {
     EXPECT_EQ(numberOf(*frame), 5);
 }
 
+TEST(OutputSize, MayBeAFractionOrAnyOtherPartOfTheDisplaySize) {
+    const auto decoder = openDecoder(videoPath("h264.mp4"));
+    ASSERT_TRUE(decoder);
+    for (const auto& [width, height] :
+         {std::array{32, 24}, {30, 24}, {32, 23}, {31, 21}, {60, 24}, {32, 48}}) {
+        ASSERT_TRUE(decoder->SetOutputSize(width, height));
+        const auto frame = frameAt(*decoder, Time(47, 25));
+        ASSERT_TRUE(frame);
+        EXPECT_EQ(frame->GetWidth(), width);
+        EXPECT_EQ(frame->GetHeight(), height);
+        EXPECT_EQ(numberOf(*frame), 47);
+    }
+}
+
+TEST(OutputSize, MayBeOnePixel) {
+    for (const char* file : {"h264.mp4", "odd.mp4", "bars-10-bt709-tv.mp4", "alpha.mov"}) {
+        const auto decoder = openDecoder(videoPath(file));
+        ASSERT_TRUE(decoder && decoder->SetOutputSize(1, 1));
+        const auto frame = frameAt(*decoder, 0);
+        ASSERT_TRUE(frame);
+        EXPECT_EQ(frame->GetWidth(), 1);
+        EXPECT_EQ(frame->GetHeight(), 1);
+    }
+}
+
 TEST(OutputSize, MayChangeBetweenFramesOfTheSameTime) {
     const auto decoder = openDecoder(videoPath("h264.mp4"));
     ASSERT_TRUE(decoder);
