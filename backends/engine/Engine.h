@@ -2,6 +2,7 @@
 
 #include "engine/ByteSource.h"
 #include "engine/EngineError.h"
+#include "engine/Remux.h"
 #include "engine/StreamFacts.h"
 
 #include <cstddef>
@@ -82,6 +83,10 @@ public:
     /// `name` stands for the source in messages, and its ending may hint at the format.
     virtual Result<std::unique_ptr<IMediaFile>> openSource(std::unique_ptr<IByteSource> source,
                                                            const std::string& name) const = 0;
+
+    /// Copies encoded packets into a new container, as they are. `Unsupported` where that can't hold them;
+    /// `Unwritable` when the target fails. What was written is of no use after an error.
+    virtual Result<RemuxOutcome> remux(RemuxJob job, IByteTarget& target) const = 0;
 };
 
 /// The module's one entry point, a C function.

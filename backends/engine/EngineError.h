@@ -16,6 +16,7 @@ enum class ErrorKind {
     Damaged,      ///< nothing could be decoded where something was promised
     TooLarge,     ///< more pixels than the budget, or than there is memory for
     OutOfTime,    ///< the time limit of a call passed
+    Unwritable,   ///< the target takes no more
 };
 
 /// `message` names the file, the place and what was expected, for people.

@@ -38,6 +38,7 @@ NoDecoderReason reasonFor(ErrorKind kind) {
     case ErrorKind::Unsupported:
         return NoDecoderReason::Unsupported;
     case ErrorKind::Damaged:
+    case ErrorKind::Unwritable: // of nothing that is only read
         return NoDecoderReason::Damaged;
     case ErrorKind::TooLarge:
         return NoDecoderReason::TooLarge;

@@ -23,6 +23,12 @@ constexpr std::array<NamedRole, 4> roles = {{
     {TrackRole::SystemAudio, "Kesto System Audio", StreamKind::Audio},
 }};
 
+const NamedRole* findRole(TrackRole role) {
+    const auto found = std::find_if(roles.begin(), roles.end(),
+                                    [role](const NamedRole& named) { return named.role == role; });
+    return found == roles.end() ? nullptr : &*found;
+}
+
 char lowered(char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
@@ -41,9 +47,13 @@ std::string_view withoutBlanks(std::string_view text) {
 } // namespace
 
 std::string_view handlerNameOf(TrackRole role) {
-    const auto found = std::find_if(roles.begin(), roles.end(),
-                                    [role](const NamedRole& named) { return named.role == role; });
-    return found == roles.end() ? std::string_view() : found->handlerName;
+    const NamedRole* found = findRole(role);
+    return found ? found->handlerName : std::string_view();
+}
+
+StreamKind kindOf(TrackRole role) {
+    const NamedRole* found = findRole(role);
+    return found ? found->kind : StreamKind::Other;
 }
 
 std::string formatOf(const StreamFacts& track) {

@@ -23,6 +23,9 @@ constexpr std::string_view recordingDataFormat = "qrl2";
 /// The handler name that marks a track of the role; empty for none.
 std::string_view handlerNameOf(TrackRole role);
 
+/// What a track of the role holds; `Other` for none.
+EngineBackend::StreamKind kindOf(TrackRole role);
+
 /// The four characters of the sample entry; empty when the track has none.
 std::string formatOf(const EngineBackend::StreamFacts& track);
 

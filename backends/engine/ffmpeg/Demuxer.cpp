@@ -128,7 +128,11 @@ void Demuxer::selectStream(int index) {
 PacketPtr Demuxer::readPacket() {
     PacketPtr packet = makePacket();
     isFresh = false;
-    while (!limit.isPassed() && av_read_frame(context.get(), packet.get()) >= 0) {
+    while (!limit.isPassed()) {
+        const int status = av_read_frame(context.get(), packet.get());
+        endReached = status == AVERROR_EOF;
+        if (status < 0)
+            break;
         if (packet->stream_index == selected)
             return packet;
         av_packet_unref(packet.get());

@@ -51,6 +51,8 @@ public:
     void selectStream(int index);
     /// The next packet of the selected stream; null at the end, and where the file can't be read further.
     PacketPtr readPacket();
+    /// Whether the last packet was followed by the end of the file, and not by an error.
+    bool hasEnded() const { return endReached; }
 
     /// Goes to a packet before or at `ticks` from which decoding may start, as far as the container knows.
     /// False when it can't; the place is then undefined.
@@ -81,6 +83,7 @@ private:
     std::vector<StreamFacts> facts;
     std::vector<std::int64_t> origins;
     int selected = -1;
+    bool endReached = false;
     bool isFresh = true; ///< it stands before the first packet
 };
 

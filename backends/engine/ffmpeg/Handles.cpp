@@ -18,6 +18,10 @@ void FormatContextDeleter::operator()(AVFormatContext* context) const {
     avformat_close_input(&context);
 }
 
+void OutputContextDeleter::operator()(AVFormatContext* context) const {
+    avformat_free_context(context);
+}
+
 void FrameDeleter::operator()(AVFrame* frame) const {
     av_frame_free(&frame);
 }

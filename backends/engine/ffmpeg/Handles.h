@@ -17,6 +17,10 @@ struct CodecContextDeleter {
 struct FormatContextDeleter {
     void operator()(AVFormatContext* context) const;
 };
+/// Of a container that is written.
+struct OutputContextDeleter {
+    void operator()(AVFormatContext* context) const;
+};
 struct FrameDeleter {
     void operator()(AVFrame* frame) const;
 };
@@ -33,6 +37,7 @@ struct ScalerDeleter {
 
 using CodecContextPtr = std::unique_ptr<AVCodecContext, CodecContextDeleter>;
 using FormatContextPtr = std::unique_ptr<AVFormatContext, FormatContextDeleter>;
+using OutputContextPtr = std::unique_ptr<AVFormatContext, OutputContextDeleter>;
 using FramePtr = std::unique_ptr<AVFrame, FrameDeleter>;
 using IoContextPtr = std::unique_ptr<AVIOContext, IoContextDeleter>;
 using PacketPtr = std::unique_ptr<AVPacket, PacketDeleter>;

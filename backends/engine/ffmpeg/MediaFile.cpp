@@ -29,9 +29,9 @@ Result<std::unique_ptr<IMediaFile>> MediaFile::open(std::unique_ptr<IByteSource>
     return std::make_unique<MediaFile>(std::move(*demuxer));
 }
 
-int MediaFile::bestVideoStream() const {
+int bestVideoStreamOf(std::span<const StreamFacts> streams) {
     const StreamFacts* best = nullptr;
-    for (const StreamFacts& facts : streams())
+    for (const StreamFacts& facts : streams)
         if (facts.kind == StreamKind::Video && (!best || rankOf(facts) > rankOf(*best)))
             best = &facts;
     return best ? best->index : -1;

@@ -4,8 +4,12 @@
 #include "engine/ffmpeg/Demuxer.h"
 
 #include <memory>
+#include <span>
 
 namespace EngineBackend {
+
+/// The stream of video that a player would show, or -1.
+int bestVideoStreamOf(std::span<const StreamFacts> streams);
 
 class MediaFile : public IMediaFile {
 public:
@@ -18,7 +22,7 @@ public:
     std::string format() const override { return demuxer->format(); }
     std::optional<Rational> duration() const override { return demuxer->duration(); }
     std::span<const StreamFacts> streams() const override { return demuxer->streams(); }
-    int bestVideoStream() const override;
+    int bestVideoStream() const override { return bestVideoStreamOf(streams()); }
     std::vector<Rational> keyFrameTimes(int stream) const override;
     Result<std::unique_ptr<IVideoReader>> readVideo(int stream, const VideoOptions& options) override;
 

@@ -1,5 +1,6 @@
 #include "engine/Engine.h"
 #include "engine/ffmpeg/MediaFile.h"
+#include "engine/ffmpeg/Remuxer.h"
 
 #include "platform/Export.h"
 
@@ -19,6 +20,10 @@ public:
     Result<std::unique_ptr<IMediaFile>> openSource(std::unique_ptr<IByteSource> source,
                                                    const std::string& name) const override {
         return MediaFile::open(std::move(source), name);
+    }
+
+    Result<RemuxOutcome> remux(RemuxJob job, IByteTarget& target) const override {
+        return Remuxer::run(std::move(job), target);
     }
 };
 

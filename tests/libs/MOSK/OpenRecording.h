@@ -1,9 +1,11 @@
 #pragma once
 
+#include "platform/FrameCodecLib.h"
 #include "platform/MOSK.h"
 
 #include "support/FrameNumber.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,6 +34,18 @@ inline std::optional<int> numberAt(MP4TrackReader& track, double seconds, double
                                  actualTime))
         return std::nullopt;
     return FrameNumber::read(pixels.data(), width, height, width * 4);
+}
+
+/// The same of a plain video file.
+inline std::optional<int> videoNumberAt(const std::string& path, boost::rational<__int64> time) {
+    const std::unique_ptr<FrameCodecLib::DecoderFactory> factory(FrameCodecLib::DecoderFactory::Create());
+    const std::unique_ptr<FrameCodecLib::Decoder> decoder(factory->CreateDecoder(path, -1, 1));
+    FrameCodecLib::FrameTiming timing;
+    const std::unique_ptr<FrameCodecLib::Bitmap> frame(decoder ? decoder->GetFrameAtTime(time, timing, 0)
+                                                               : nullptr);
+    if (!frame || !frame->Lock())
+        return std::nullopt;
+    return FrameNumber::read(frame->GetPixels(), frame->GetWidth(), frame->GetHeight(), frame->GetStride());
 }
 
 } // namespace MOSK
