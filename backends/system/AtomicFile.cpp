@@ -71,7 +71,7 @@ std::optional<std::string> destinationOf(std::string path) {
 FileDescriptor openUnnamed(const std::string& folder, mode_t permissions) {
     if (::access("/proc/self/fd", F_OK) != 0)
         return FileDescriptor();
-    return FileDescriptor(::open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, permissions));
+    return FileDescriptor(::open(folder.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, permissions));
 }
 
 /// Not to be guessed, so that nobody can put a file in its way; short whatever the target's length.
@@ -129,7 +129,7 @@ void AtomicFile::openWorking(mode_t permissions) {
     }
     place = Place::Beside;
     std::string name = nameBeside(target);
-    file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, permissions);
+    file = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, permissions);
     if (check(file >= 0))
         working = std::move(name);
 }
@@ -139,6 +139,30 @@ bool AtomicFile::write(std::span<const std::byte> bytes) {
         const ssize_t written = untilDone([&] { return ::write(file, bytes.data(), bytes.size()); });
         if (check(written >= 0))
             bytes = bytes.subspan(static_cast<std::size_t>(written));
+    }
+    return good();
+}
+
+bool AtomicFile::writeAt(std::int64_t offset, std::span<const std::byte> bytes) {
+    if (place == Place::Target && good())
+        firstError = ESPIPE;
+    while (good() && !bytes.empty()) {
+        const ssize_t written = untilDone([&] { return ::pwrite(file, bytes.data(), bytes.size(), offset); });
+        if (!check(written >= 0))
+            break;
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+        offset += written;
+    }
+    return good();
+}
+
+bool AtomicFile::readAt(std::int64_t offset, std::span<std::byte> into) {
+    while (good() && !into.empty()) {
+        const ssize_t got = untilDone([&] { return ::pread(file, into.data(), into.size(), offset); });
+        if (!check(got >= 0) || got == 0)
+            return false;
+        into = into.subspan(static_cast<std::size_t>(got));
+        offset += got;
     }
     return good();
 }

@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 
@@ -33,6 +34,11 @@ public:
 
     /// All of `bytes`, or a failure. A pipe without readers raises SIGPIPE as any writing does.
     bool write(std::span<const std::byte> bytes);
+    /// At a place of the new file, counted from its beginning; the place of `write` stays where it is. What
+    /// is written directly has no places: it fails with ESPIPE.
+    bool writeAt(std::int64_t offset, std::span<const std::byte> bytes);
+    /// All of `into`, from what was written so far; false for less.
+    bool readAt(std::int64_t offset, std::span<std::byte> into);
     /// Makes the file appear, and closes it. False: nothing appeared.
     bool commit();
 
