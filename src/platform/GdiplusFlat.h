@@ -2,6 +2,7 @@
 
 #include "platform/Export.h"
 #include "platform/GdiplusTypes.h"
+#include "platform/Stream.h"
 
 #include <cstddef>
 
@@ -36,6 +37,9 @@ KESTO_EXPORT GpStatus GdipCreateBitmapFromGdiDib(const BITMAPINFO* info, VOID* b
 KESTO_EXPORT GpStatus GdipCreateBitmapFromFile(const WCHAR* filename, GpBitmap** bitmap);
 /// As above, and colours go through the embedded colour profile into sRGB (IEC 61966-2-1).
 KESTO_EXPORT GpStatus GdipCreateBitmapFromFileICM(const WCHAR* filename, GpBitmap** bitmap);
+/// As from a file, out of the stream's bytes from its start on. They are copied: the stream stays the
+/// caller's, with its place at the end, and may change afterwards. `GenericError` when it can't be read.
+KESTO_EXPORT GpStatus GdipCreateBitmapFromStream(IStream* stream, GpBitmap** bitmap);
 /// A copy of the handle's pixels as `32bppRGB`, or in the indexed format of the handle. `palette` may be
 /// null.
 KESTO_EXPORT GpStatus GdipCreateBitmapFromHBITMAP(HBITMAP handle, HPALETTE palette, GpBitmap** bitmap);

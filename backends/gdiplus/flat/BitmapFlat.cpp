@@ -1,5 +1,6 @@
 #include "gdiplus/flat/DibMemory.h"
 #include "gdiplus/flat/FlatGuard.h"
+#include "gdiplus/flat/StreamBytes.h"
 #include "gdiplus/pixels/ConvertPixels.h"
 
 #include "platform/GdiplusFlat.h"
@@ -82,6 +83,23 @@ GpStatus GdipCreateBitmapFromFile(const WCHAR* filename, GpBitmap** bitmap) {
 
 GpStatus GdipCreateBitmapFromFileICM(const WCHAR* filename, GpBitmap** bitmap) {
     return openBitmap(filename, ColorManagement::ToSrgb, bitmap);
+}
+
+GpStatus GdipCreateBitmapFromStream(IStream* stream, GpBitmap** bitmap) {
+    if (!bitmap || !stream)
+        return InvalidParameter;
+    if (!isStarted())
+        return GdiplusNotInitialized;
+    return flat([&] {
+        auto bytes = bytesOf(*stream);
+        if (!bytes)
+            return bytes.error().status;
+        const auto picture = EncodedPicture::open(fromMemory(std::move(*bytes)), ColorManagement::Ignored);
+        if (!picture)
+            return picture.error().status;
+        *bitmap = BitmapObject::over(*picture).release();
+        return Ok;
+    });
 }
 
 GpStatus GdipCloneBitmapAreaI(INT x, INT y, INT width, INT height, PixelFormat format, GpBitmap* source,

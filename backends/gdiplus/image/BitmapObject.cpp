@@ -73,9 +73,13 @@ Result<std::unique_ptr<BitmapObject>> BitmapObject::open(const wchar_t* filename
     auto picture = EncodedPicture::open(filename, management);
     if (!picture)
         return tl::unexpected(std::move(picture).error());
-    const Gdiplus::PixelFormat format = (*picture)->pixelFormat();
+    return over(std::move(*picture));
+}
+
+std::unique_ptr<BitmapObject> BitmapObject::over(std::shared_ptr<const EncodedPicture> picture) {
+    const Gdiplus::PixelFormat format = picture->pixelFormat();
     return std::unique_ptr<BitmapObject>(
-        new BitmapObject(std::move(*picture), format, Gdiplus::RotateNoneFlipNone));
+        new BitmapObject(std::move(picture), format, Gdiplus::RotateNoneFlipNone));
 }
 
 void BitmapObject::adopt(PixelBuffer buffer) {

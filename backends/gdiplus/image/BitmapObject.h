@@ -30,6 +30,8 @@ public:
     static std::unique_ptr<BitmapObject> overMemory(const PixelView& memory);
     /// Reads the header of a file, see `EncodedPicture::open`.
     static Result<std::unique_ptr<BitmapObject>> open(const wchar_t* filename, ColorManagement management);
+    /// As stored in the picture's own file.
+    static std::unique_ptr<BitmapObject> over(std::shared_ptr<const EncodedPicture> picture);
 
     BitmapObject(const BitmapObject&) = delete;
     BitmapObject& operator=(const BitmapObject&) = delete;

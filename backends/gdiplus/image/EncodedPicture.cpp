@@ -35,7 +35,12 @@ Result<std::shared_ptr<const EncodedPicture>> EncodedPicture::open(const wchar_t
     auto file = openFile(filename);
     if (!file)
         return tl::unexpected(std::move(file).error());
-    auto decoder = openPicture(std::move(*file));
+    return open(std::move(*file), management);
+}
+
+Result<std::shared_ptr<const EncodedPicture>> EncodedPicture::open(std::shared_ptr<const ByteSource> bytes,
+                                                                   ColorManagement management) {
+    auto decoder = openPicture(std::move(bytes));
     if (!decoder)
         return tl::unexpected(std::move(decoder).error());
     return std::make_shared<const EncodedPicture>(std::move(*decoder), management);

@@ -20,6 +20,9 @@ public:
     /// if another one takes its name. Statuses as documented at `Gdiplus::Status`.
     static Result<std::shared_ptr<const EncodedPicture>> open(const wchar_t* filename,
                                                               ColorManagement management);
+    /// The same for bytes of whatever origin.
+    static Result<std::shared_ptr<const EncodedPicture>> open(std::shared_ptr<const ByteSource> bytes,
+                                                              ColorManagement management);
     /// A profile that is broken, or one of another kind of colours than the picture's, is ignored.
     EncodedPicture(std::unique_ptr<PictureDecoder> opened, ColorManagement management);
 
