@@ -2,6 +2,7 @@
 
 #include "engine/ByteSource.h"
 #include "engine/EngineError.h"
+#include "engine/SampleTables.h"
 #include "engine/StreamFacts.h"
 
 #include <cstddef>
@@ -82,6 +83,9 @@ public:
     /// `name` stands for the source in messages, and its ending may hint at the format.
     virtual Result<std::unique_ptr<IMediaFile>> openSource(std::unique_ptr<IByteSource> source,
                                                            const std::string& name) const = 0;
+    /// Of a file of the MP4 family.
+    virtual Result<std::unique_ptr<ISampleTables>> openSampleTables(std::unique_ptr<IByteSource> source,
+                                                                    const std::string& name) const = 0;
 };
 
 /// The module's one entry point, a C function.

@@ -1,5 +1,6 @@
 #include "engine/Engine.h"
 #include "engine/ffmpeg/MediaFile.h"
+#include "engine/ffmpeg/SampleTables.h"
 
 #include "platform/Export.h"
 
@@ -19,6 +20,11 @@ public:
     Result<std::unique_ptr<IMediaFile>> openSource(std::unique_ptr<IByteSource> source,
                                                    const std::string& name) const override {
         return MediaFile::open(std::move(source), name);
+    }
+
+    Result<std::unique_ptr<ISampleTables>> openSampleTables(std::unique_ptr<IByteSource> source,
+                                                            const std::string& name) const override {
+        return SampleTables::open(std::move(source), name);
     }
 };
 
