@@ -52,6 +52,7 @@ struct StreamFacts {
     std::string codec;          ///< its short name, such as "h264"; empty when it is not known
     std::uint32_t codecTag = 0; ///< the container's four characters, the first in the lowest byte
     std::string language;       ///< as the container writes it; empty when it is not known
+    std::string handlerName;    ///< of a track of the MP4 family; empty when it has none
     bool isDefault = false;
     Rational timeBase{0}; ///< seconds of one tick of its time stamps
     Rational startTime{0};

@@ -24,5 +24,6 @@ inline constexpr LockRank graphCache{80, "FilterGraphFactory::cacheLock"};
 inline constexpr LockRank decoderScan{90, "FilterGraphFactory::scanLock"};
 inline constexpr LockRank rendererFilter{100, "FrameRenderer's filter lock"};
 inline constexpr LockRank rendererReceive{110, "FrameRenderer::receiveLock"};
+inline constexpr LockRank moskTrackLists{120, "the lock of ReadMoskTrackList"};
 
 } // namespace LockRanks

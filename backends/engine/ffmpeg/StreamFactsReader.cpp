@@ -83,6 +83,11 @@ std::optional<Rational> knownPixelAspect(const AVStream& stream) {
     return std::nullopt;
 }
 
+std::string textOf(const AVStream& stream, const char* key) {
+    const AVDictionaryEntry* entry = av_dict_get(stream.metadata, key, nullptr, 0);
+    return entry ? entry->value : "";
+}
+
 bool isAttachedPicture(const AVStream& stream) {
     return (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
 }
@@ -152,8 +157,8 @@ StreamFacts readStreamFacts(const AVFormatContext& container, const AVStream& st
     facts.kind = kindOf(codec.codec_type);
     facts.codec = codec.codec_id == AV_CODEC_ID_NONE ? "" : avcodec_get_name(codec.codec_id);
     facts.codecTag = codec.codec_tag;
-    if (const AVDictionaryEntry* language = av_dict_get(stream.metadata, "language", nullptr, 0))
-        facts.language = language->value;
+    facts.language = textOf(stream, "language");
+    facts.handlerName = textOf(stream, "handler_name");
     facts.isDefault = (stream.disposition & AV_DISPOSITION_DEFAULT) != 0;
     facts.timeBase = toRational(stream.time_base, 0);
     if (stream.start_time != AV_NOPTS_VALUE)
