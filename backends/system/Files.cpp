@@ -69,6 +69,10 @@ DWORD GetFileAttributesW(const WCHAR* path) {
     return SystemBackend::isReadOnly(found) ? FILE_ATTRIBUTE_READONLY : FILE_ATTRIBUTE_NORMAL;
 }
 
+BOOL PathFileExistsW(const WCHAR* path) {
+    return GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES ? TRUE : FALSE;
+}
+
 DWORD GetTempPathW(DWORD length, WCHAR* buffer) {
     const char* configured =
         std::getenv("TMPDIR"); // NOLINT(concurrency-mt-unsafe): nobody here sets variables

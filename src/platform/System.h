@@ -17,7 +17,22 @@ constexpr DWORD MOVEFILE_COPY_ALLOWED = 0x2;
 constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 0x2;
 constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 0x4;
 
+constexpr DWORD GENERIC_READ = 0x80000000;
+constexpr DWORD FILE_SHARE_READ = 0x1;
+constexpr DWORD FILE_SHARE_WRITE = 0x2;
+constexpr DWORD FILE_SHARE_DELETE = 0x4;
+constexpr DWORD OPEN_EXISTING = 3;
+constexpr DWORD FILE_BEGIN = 0;
+constexpr DWORD FILE_CURRENT = 1;
+constexpr DWORD FILE_END = 2;
+constexpr DWORD INVALID_SET_FILE_POINTER = 0xFFFFFFFF;
+inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(~UINT_PTR{0});
+
 using FARPROC = void (*)();
+// NOLINTBEGIN(bugprone-reserved-identifier): published names
+using LPSECURITY_ATTRIBUTES = struct _SECURITY_ATTRIBUTES*;
+using LPOVERLAPPED = struct _OVERLAPPED*;
+// NOLINTEND(bugprone-reserved-identifier)
 
 extern "C" {
 
@@ -45,6 +60,25 @@ KESTO_EXPORT BOOL MoveFileExW(const WCHAR* from, const WCHAR* to, DWORD flags);
 /// One of the attributes above; read-only is a file that nobody may write to, whoever asks.
 /// `INVALID_FILE_ATTRIBUTES` without such a file or folder.
 KESTO_EXPORT DWORD GetFileAttributesW(const WCHAR* path);
+
+/// Whether there is such a file or folder.
+KESTO_EXPORT BOOL PathFileExistsW(const WCHAR* path);
+
+/// Opens a file for reading: only `GENERIC_READ` with `OPEN_EXISTING` is known, and sharing is never refused.
+/// What is no plain file (a folder, a pipe, a device) counts as denied. `INVALID_HANDLE_VALUE`, with the
+/// reason in `GetLastError`, on failure; else a handle for `CloseHandle`, for one thread at a time.
+KESTO_EXPORT HANDLE CreateFileW(const WCHAR* path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                                DWORD disposition, DWORD attributes, HANDLE templateFile);
+/// Reads on from the position. Fewer bytes than asked for, down to none, are read at the end of the file
+/// alone, and that is success. A few KiB are read ahead: what another program writes there in between may
+/// not be seen. FALSE with the reason in `GetLastError`. `overlapped` is null.
+KESTO_EXPORT BOOL ReadFile(HANDLE file, LPVOID buffer, DWORD count, DWORD* read, LPOVERLAPPED overlapped);
+/// Moves the position, also beyond the end. `distanceHigh` may be null; else it holds the upper half of the
+/// distance and receives that of the position. The lower half of the position: only together with
+/// a `GetLastError` that is not `NO_ERROR` does `INVALID_SET_FILE_POINTER` mean failure.
+KESTO_EXPORT DWORD SetFilePointer(HANDLE file, LONG distance, LONG* distanceHigh, DWORD method);
+/// Of the kinds of handles, only those of files come here.
+KESTO_EXPORT BOOL CloseHandle(HANDLE handle);
 
 /// The folder for temporary files with a separator at its end. The length without the terminator; or, when
 /// `length` is too small for it, the length that is needed with the terminator; 0 on failure.
