@@ -25,5 +25,6 @@ inline constexpr LockRank decoderScan{90, "FilterGraphFactory::scanLock"};
 inline constexpr LockRank rendererFilter{100, "FrameRenderer's filter lock"};
 inline constexpr LockRank rendererReceive{110, "FrameRenderer::receiveLock"};
 inline constexpr LockRank moskTrackLists{120, "the lock of ReadMoskTrackList"};
+inline constexpr LockRank pngTrackMovies{120, "IsPngTrackMovie's lock"};
 
 } // namespace LockRanks

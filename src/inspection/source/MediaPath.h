@@ -13,3 +13,17 @@ struct SourceRecord {
     std::uint32_t index = 0;     ///< of a track or stream inside the container
     std::int32_t sourceCode = 0; ///< of what was recorded; 0 when it is not known
 };
+
+/// No track is asked for.
+constexpr std::uint32_t anyTrack = 0xFFFFFFFF;
+
+/// Takes `path` apart; `index` is the track of a `.mosk` file, or `anyTrack`. All fields stay empty for
+/// a track of a file that can't be read; else only the text counts. Any thread. Lets through what reading
+/// a `.mosk` file throws.
+SourceRecord ParseMediaPath(const std::wstring& path, std::uint32_t index);
+
+/// What stands behind the last "." of the container's name, in its own case; empty without one.
+std::wstring ExtensionOfMediaPath(const SourceRecord& record);
+
+/// Whether the path names a track inside a recording.
+bool IsMoskMemberPath(const std::wstring& path);
