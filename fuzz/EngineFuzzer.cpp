@@ -3,8 +3,10 @@
 
 #include "support/video/MemorySource.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <vector>
 
 namespace {
 
@@ -35,6 +37,20 @@ void readFrames(EngineBackend::IVideoReader& reader) {
     }
 }
 
+void readTables(EngineBackend::ISampleTables& tables) {
+    constexpr std::int64_t mostSamples = 100;
+    constexpr std::int64_t mostBytes = 1 << 20;
+    for (std::size_t track = 0; track < tables.tracks().size(); ++track) {
+        const std::int64_t count = std::min(tables.tracks()[track].sampleCount, mostSamples);
+        for (std::int64_t sample = 0; sample < count; ++sample) {
+            const std::int64_t bytes = tables.sampleOf(track, sample).bytes;
+            require(bytes >= 0);
+            std::vector<std::byte> content(static_cast<std::size_t>(std::min(bytes, mostBytes)));
+            (void)tables.readSample(track, sample, content);
+        }
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -47,8 +63,10 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto engine = EngineBackend::engine();
     require(engine.has_value());
-    auto source = std::make_unique<MemorySource>(std::string(reinterpret_cast<const char*>(data), size));
-    const auto file = (*engine)->openSource(std::move(source), "input");
+    const std::string content(reinterpret_cast<const char*>(data), size);
+    if (const auto tables = (*engine)->openSampleTables(std::make_unique<MemorySource>(content), "input"))
+        readTables(**tables);
+    const auto file = (*engine)->openSource(std::make_unique<MemorySource>(content), "input");
     if (!file)
         return 0;
     (void)(*file)->keyFrameTimes((*file)->bestVideoStream());

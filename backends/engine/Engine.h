@@ -3,6 +3,7 @@
 #include "engine/ByteSource.h"
 #include "engine/EngineError.h"
 #include "engine/Remux.h"
+#include "engine/SampleTables.h"
 #include "engine/StreamFacts.h"
 
 #include <cstddef>
@@ -87,6 +88,10 @@ public:
     /// Copies encoded packets into a new container, as they are. `Unsupported` where that can't hold them;
     /// `Unwritable` when the target fails. What was written is of no use after an error.
     virtual Result<RemuxOutcome> remux(RemuxJob job, IByteTarget& target) const = 0;
+
+    /// Of a file of the MP4 family.
+    virtual Result<std::unique_ptr<ISampleTables>> openSampleTables(std::unique_ptr<IByteSource> source,
+                                                                    const std::string& name) const = 0;
 };
 
 /// The module's one entry point, a C function.

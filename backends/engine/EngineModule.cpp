@@ -56,6 +56,20 @@ Result<const IEngine*> load() {
     return entry();
 }
 
+template <typename File>
+Result<std::unique_ptr<File>>
+openThrough(Result<std::unique_ptr<File>> (IEngine::*open)(std::unique_ptr<IByteSource>, const std::string&)
+                const,
+            const std::string& path) {
+    auto source = FileSource::open(path);
+    if (!source)
+        return tl::unexpected(source.error());
+    const auto opened = engine();
+    if (!opened)
+        return tl::unexpected(opened.error());
+    return ((*opened)->*open)(std::move(*source), path);
+}
+
 } // namespace
 
 Result<const IEngine*> engine() {
@@ -64,13 +78,11 @@ Result<const IEngine*> engine() {
 }
 
 Result<std::unique_ptr<IMediaFile>> openMediaFile(const std::string& path) {
-    auto source = FileSource::open(path);
-    if (!source)
-        return tl::unexpected(source.error());
-    const auto opened = engine();
-    if (!opened)
-        return tl::unexpected(opened.error());
-    return (*opened)->openSource(std::move(*source), path);
+    return openThrough(&IEngine::openSource, path);
+}
+
+Result<std::unique_ptr<ISampleTables>> openSampleTables(const std::string& path) {
+    return openThrough(&IEngine::openSampleTables, path);
 }
 
 } // namespace EngineBackend

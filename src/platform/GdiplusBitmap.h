@@ -70,6 +70,7 @@ public:
                                          : DllExports::GdipCreateBitmapFromFile,
               filename);
     }
+    explicit Bitmap(IStream* stream) { Adopt(DllExports::GdipCreateBitmapFromStream, stream); }
     Bitmap(INT width, INT height, PixelFormat format = PixelFormat32bppARGB)
         : Bitmap(width, height, 0, format, nullptr) {}
     Bitmap(INT width, INT height, INT stride, PixelFormat format, BYTE* scan0) {

@@ -38,9 +38,12 @@ public:
     /// missing, no regular file, or not to be read to its end; see `DiagnoseStillImage`.
     static Gdiplus::Bitmap* GetThumbnailForImage(const std::wstring& path, int width, int height);
 
-    /// The frame of a video at `time`, in seconds. The extension decides how it is made, in any case: a
-    /// "plumex", "gif" or "mosk" file has none as yet, any other file is that of `GetThumbnailForFile`.
-    /// `trackIndex` is -1 where the path alone tells what is wanted.
+    /// The frame of a video at `time`, in seconds. The first that applies decides how it is made, and nothing
+    /// else is tried when that fails: by the extension, in any case, a "plumex" and a "gif" file have none as
+    /// yet; a "mosk" file, or a member of one, goes to `GetThumbnailForMosk`; a "mov" file with a track of
+    /// PNG files shows the still of that time, or null behind its end; a stream inside a "plumex" file has
+    /// none as yet; any other file is that of `GetThumbnailForFile`. `trackIndex` is -1 where the path alone
+    /// tells what is wanted.
     static Gdiplus::Bitmap* GetThumbnailForVideo(const std::wstring& path, double time, int width, int height,
                                                  const boost::rational<unsigned long>& frameRate,
                                                  int trackIndex);
@@ -50,6 +53,13 @@ public:
     /// not to be read, or that shows nothing then.
     static Gdiplus::Bitmap* GetThumbnailForFile(const std::wstring& path, double time, int width, int height,
                                                 const boost::rational<unsigned long>& frameRate);
+
+    /// The frame of a recording at `time`, in seconds: the screen, with the camera over its bottom-right
+    /// quarter; the only one of them as it is. A path that names a member, or a `trackIndex` other than -1,
+    /// restricts that to the screen or to the camera; null for any other member or track. Null, too, for a
+    /// file that is no recording. A frame that can't be decoded is transparent.
+    static Gdiplus::Bitmap* GetThumbnailForMosk(const std::wstring& path, double time, int width, int height,
+                                                int trackIndex);
 
     /// A callout on transparent ground, at the size and moment at which its kind shows best. Null for an
     /// empty pointer, and for a callout that draws nothing.

@@ -1,5 +1,7 @@
 #include "production/PathExtension.h"
 
+#include "scheduling/imagefile/TextConversion.h"
+
 #include <string_view>
 
 namespace KestoThumbnailer {
@@ -15,6 +17,12 @@ bool ExtensionOf(const wchar_t* path, std::wstring* extension) {
     }
     extension->assign(name.substr(dot + 1));
     return true;
+}
+
+std::wstring LowerExtensionOf(const std::wstring& path) {
+    std::wstring extension;
+    ExtensionOf(path.c_str(), &extension);
+    return LowerAscii(extension);
 }
 
 } // namespace KestoThumbnailer

@@ -8,4 +8,7 @@ namespace KestoThumbnailer {
 /// empty without one. Parts end at a backslash alone: a forward slash is no separator.
 bool ExtensionOf(const wchar_t* path, std::wstring* extension);
 
+/// The same in lower case; empty without one.
+std::wstring LowerExtensionOf(const std::wstring& path);
+
 } // namespace KestoThumbnailer

@@ -1,4 +1,5 @@
 #include "platform/System.h"
+#include "production/FitsInside.h"
 #include "production/GdiplusBitmapThumbnailingHelper.h"
 #include "production/ImageOrientation.h"
 #include "production/PdfPage.h"
@@ -25,11 +26,6 @@ void MakeCompatibleWithGDI(std::unique_ptr<Gdiplus::Bitmap>& bitmap) {
     Gdiplus::Bitmap* replaced = bitmap.release();
     ImageHelper::MakeBitmapCompatibleWithGDI(replaced);
     bitmap.reset(replaced);
-}
-
-bool FitsInside(const Gdiplus::Bitmap& bitmap, int width, int height) {
-    return width >= 1 && height >= 1 && bitmap.GetWidth() <= static_cast<UINT>(width) &&
-           bitmap.GetHeight() <= static_cast<UINT>(height);
 }
 
 /// A bitmap from a file decodes its pixels late, and drawing does not tell whether that worked: without this

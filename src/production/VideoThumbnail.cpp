@@ -1,6 +1,8 @@
+#include "inspection/source/MediaPath.h"
+#include "inspection/source/PngTrackMovie.h"
 #include "production/GdiplusBitmapThumbnailingHelper.h"
 #include "production/PathExtension.h"
-#include "scheduling/imagefile/TextConversion.h"
+#include "production/PngTrackThumbnail.h"
 
 #include <algorithm>
 #include <array>
@@ -8,6 +10,9 @@
 namespace KestoThumbnailer {
 
 namespace {
+
+constexpr std::int32_t screenStream = 4; // kinds of members of a .plumex
+constexpr std::int32_t cameraStream = 5;
 
 struct VideoRequest {
     const std::wstring& path;
@@ -19,12 +24,6 @@ struct VideoRequest {
     int trackIndex;
 };
 
-std::wstring LowerExtensionOf(const std::wstring& path) {
-    std::wstring extension;
-    ExtensionOf(path.c_str(), &extension);
-    return LowerAscii(extension);
-}
-
 bool IsWholePlumex(const VideoRequest& request) {
     return request.extension == L"plumex";
 }
@@ -34,7 +33,16 @@ bool IsGif(const VideoRequest& request) {
 }
 
 bool IsMosk(const VideoRequest& request) {
-    return request.extension == L"mosk";
+    return IsMoskMemberPath(request.path) || request.extension == L"mosk";
+}
+
+bool IsPngMovie(const VideoRequest& request) {
+    return IsPngTrackMovie(request.path) != 0;
+}
+
+bool IsRecordingStream(const VideoRequest& request) {
+    const std::int32_t kind = ParseMediaPath(request.path, anyTrack).kind;
+    return kind == screenStream || kind == cameraStream;
 }
 
 bool IsAnything(const VideoRequest&) {
@@ -51,8 +59,17 @@ Gdiplus::Bitmap* ShowAnimatedGif(const VideoRequest&) {
     return nullptr;
 }
 
-// FIXME: .mosk recordings are not shown.
-Gdiplus::Bitmap* ShowMosk(const VideoRequest&) {
+Gdiplus::Bitmap* ShowMosk(const VideoRequest& request) {
+    return GdiplusBitmapThumbnailingHelper::GetThumbnailForMosk(request.path, request.time, request.width,
+                                                                request.height, request.trackIndex);
+}
+
+Gdiplus::Bitmap* ShowPngTrack(const VideoRequest& request) {
+    return GetThumbnailForPngTrack(request.path, request.time, request.width, request.height);
+}
+
+/// Streams inside a `.plumex` are not decoded yet.
+Gdiplus::Bitmap* ShowRecordingStream(const VideoRequest&) {
     return nullptr;
 }
 
@@ -66,10 +83,12 @@ struct VideoRoute {
     Gdiplus::Bitmap* (*show)(const VideoRequest&);
 };
 
-constexpr std::array<VideoRoute, 4> routesInOrder = {{
+constexpr std::array<VideoRoute, 6> routesInOrder = {{
     {IsWholePlumex, ShowNothing},
     {IsGif, ShowAnimatedGif},
     {IsMosk, ShowMosk},
+    {IsPngMovie, ShowPngTrack},
+    {IsRecordingStream, ShowRecordingStream},
     {IsAnything, ShowFile}, // the dearest, as it builds a renderer
 }};
 

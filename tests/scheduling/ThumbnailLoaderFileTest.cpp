@@ -1,6 +1,7 @@
 #include "scheduling/LoaderFixture.h"
 
 #include "platform/KestoRenderLib.h"
+#include "support/recording/ScriptedRecordings.h"
 #include "support/renderer/GeneratedProjects.h"
 #include "support/renderer/TestProject.h"
 
@@ -72,6 +73,20 @@ TEST_F(FileThumbnails, AVideoIsAskedForEachTimeAt30FramesToTheSecond) {
     EXPECT_EQ(request.origin, ProjectOrigin::MediaFile);
     EXPECT_EQ(request.text, job.mediaPath);
     EXPECT_EQ(request.frameRate, boost::rational<unsigned long>(30));
+}
+
+TEST_F(FileThumbnails, ARecordingIsAskedForTheTrackAtTheTime) {
+    TestSupport::ScriptedRecordings recordings;
+    ThumbnailLoader loader;
+    ThumbnailLoaderJob job = videoJob({0.5});
+    job.mediaPath = folder.write("recording.mosk", "a recording").string();
+    job.trackIndex = 1;
+    recordings.tracksOf[job.mediaPath] = {{100, 8, 4, [](int, int) { return 0xFFFF0000; }},
+                                          {101, 8, 4, [](int, int) { return blue; }}};
+    loader.GetThumbnailAsync(job);
+    EXPECT_EQ(pixelOf(*pictures.await(1)[0].bitmap, 0, 0), blue);
+    ASSERT_EQ(recordings.frameCalls.size(), 1U);
+    EXPECT_EQ(recordings.frameCalls[0].seconds, 0.5);
 }
 
 TEST_F(FileThumbnails, ACommandWithoutTimesIsOfTimeZero) {

@@ -1,6 +1,6 @@
 #include "engine/ffmpeg/Deadline.h"
 
-#include "engine/ffmpeg/Environment.h"
+#include "system/Environment.h"
 
 #include <algorithm>
 
@@ -14,7 +14,7 @@ constexpr std::int64_t longestLimitInMs = 1'000'000'000;
 } // namespace
 
 Deadline::Deadline()
-    : allowed(std::min(positiveFromEnvironment("KESTO_VIDEO_TIME_LIMIT_MS", defaultLimitInMs),
+    : allowed(std::min(SystemBackend::positiveFromEnvironment("KESTO_VIDEO_TIME_LIMIT_MS", defaultLimitInMs),
                        longestLimitInMs)) {
     begin();
 }

@@ -1,16 +1,15 @@
 #include "engine/ffmpeg/Demuxer.h"
 
+#include "engine/ffmpeg/OpenContainer.h"
 #include "engine/ffmpeg/StreamFactsReader.h"
 
 #include <fmt/format.h>
 
 extern "C" {
 #include <libavformat/avformat.h>
-#include <libavutil/mem.h>
 }
 
 #include <algorithm>
-#include <new>
 #include <string_view>
 
 namespace EngineBackend {
@@ -24,21 +23,6 @@ constexpr auto containers =
     "mjpeg_2000,vc1,vc1test,av1,h263,dirac,cavsvideo,yuv4mpegpipe,swf,nsv,roq,bink,"
     "smk,fli,avs,amv,ea,thp,4xm,wav,w64,mp3,aac,ac3,eac3,flac,aiff,caf,amr,dts,ape,tta,"
     "wv,au,gif,apng,webp_anim,r3d,ty,pva,film_cpk,mtv,mv,mvi,rl2,bfi,c93,dxa,hnm,idcin";
-
-int refuseFurtherFile(AVFormatContext*, AVIOContext** io, const char*, int, AVDictionary**) noexcept {
-    *io = nullptr;
-    return AVERROR(EACCES);
-}
-
-int mustStop(void* deadline) noexcept {
-    return static_cast<const Deadline*>(deadline)->isPassed() ? 1 : 0;
-}
-
-std::string textOf(int error) {
-    char text[AV_ERROR_MAX_STRING_SIZE] = {};
-    av_strerror(error, text, sizeof text);
-    return text;
-}
 
 } // namespace
 
@@ -61,22 +45,10 @@ Result<std::unique_ptr<Demuxer>> Demuxer::open(std::unique_ptr<IByteSource> sour
 Result<void> Demuxer::openContext() {
     context.reset();
     io = makeSourceIo(limited);
-    AVFormatContext* opening = avformat_alloc_context();
-    if (!opening)
-        throw std::bad_alloc();
-    opening->pb = io.get();
-    opening->io_open = &refuseFurtherFile;
-    opening->interrupt_callback = {&mustStop, &limit};
-    opening->format_whitelist = av_strdup(containers);
-    const int status = avformat_open_input(&opening, sourceName.c_str(), nullptr, nullptr);
-    context.reset(opening);
-    if (status == AVERROR(ENOMEM))
-        return failure(ErrorKind::TooLarge, fmt::format("{}: not enough memory to open it", sourceName));
-    if (limit.isPassed())
-        return failure(ErrorKind::OutOfTime, fmt::format("{}: opening it took too long", sourceName));
-    if (status < 0)
-        return failure(ErrorKind::NotMedia, fmt::format("{}: a container of video or audio is expected ({})",
-                                                        sourceName, textOf(status)));
+    auto opened = openContainer(*io, limit, sourceName, {.formats = containers});
+    if (!opened)
+        return tl::unexpected(opened.error());
+    context = std::move(*opened);
     return {};
 }
 

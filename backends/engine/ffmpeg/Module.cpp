@@ -1,6 +1,7 @@
 #include "engine/Engine.h"
 #include "engine/ffmpeg/MediaFile.h"
 #include "engine/ffmpeg/Remuxer.h"
+#include "engine/ffmpeg/SampleTables.h"
 
 #include "platform/Export.h"
 
@@ -24,6 +25,11 @@ public:
 
     Result<RemuxOutcome> remux(RemuxJob job, IByteTarget& target) const override {
         return Remuxer::run(std::move(job), target);
+    }
+
+    Result<std::unique_ptr<ISampleTables>> openSampleTables(std::unique_ptr<IByteSource> source,
+                                                            const std::string& name) const override {
+        return SampleTables::open(std::move(source), name);
     }
 };
 

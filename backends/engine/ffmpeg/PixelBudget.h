@@ -4,11 +4,7 @@
 
 namespace EngineBackend {
 
-/// How many pixels a picture may have: 400 million, or what the environment variable KESTO_PIXEL_BUDGET said
-/// at the first call.
-std::int64_t pixelBudget();
-
-/// False for an empty size, too.
+/// Whether a picture of that size may be made, by `SystemBackend::pixelBudget`; an empty one may not.
 bool isWithinPixelBudget(PictureSize size);
 
 } // namespace EngineBackend

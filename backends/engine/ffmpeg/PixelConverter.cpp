@@ -4,6 +4,8 @@
 #include "engine/ffmpeg/PixelBudget.h"
 #include "engine/ffmpeg/TurnPixels.h"
 
+#include "system/PixelBudget.h"
+
 #include <fmt/format.h>
 
 extern "C" {
@@ -65,8 +67,9 @@ std::span<std::uint32_t> asPixels(std::uint8_t* bytes, PictureSize size) {
 Result<std::shared_ptr<const Picture>> PixelConverter::convert(const AVFrame& frame, PictureSize size,
                                                                const Orientation& orientation) {
     if (!isWithinPixelBudget(size))
-        return failure(ErrorKind::TooLarge, fmt::format("{} x {} pixels are more than the budget of {}",
-                                                        size.width, size.height, pixelBudget()));
+        return failure(ErrorKind::TooLarge,
+                       fmt::format("{} x {} pixels are more than the budget of {}", size.width, size.height,
+                                   SystemBackend::pixelBudget()));
     auto picture = std::make_shared<Picture>();
     picture->size = size;
     picture->pixels = makePixels(size);

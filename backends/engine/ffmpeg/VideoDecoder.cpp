@@ -1,6 +1,6 @@
 #include "engine/ffmpeg/VideoDecoder.h"
 
-#include "engine/ffmpeg/PixelBudget.h"
+#include "system/PixelBudget.h"
 
 #include <fmt/format.h>
 
@@ -46,7 +46,7 @@ Result<std::unique_ptr<VideoDecoder>> VideoDecoder::open(const AVStream& stream,
         return failure(ErrorKind::Unsupported,
                        fmt::format("{}: its parameters are not understood", codec->name));
     context->pkt_timebase = stream.time_base;
-    context->max_pixels = pixelBudget();
+    context->max_pixels = SystemBackend::pixelBudget();
     context->thread_count = threads;
     if (avcodec_open2(context.get(), codec, nullptr) < 0)
         return failure(ErrorKind::Unsupported,

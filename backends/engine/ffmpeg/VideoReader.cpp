@@ -3,6 +3,8 @@
 #include "engine/ffmpeg/PixelBudget.h"
 #include "engine/ffmpeg/Ticks.h"
 
+#include "system/PixelBudget.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -56,7 +58,7 @@ Result<std::unique_ptr<IVideoReader>> VideoReader::open(std::shared_ptr<Demuxer>
     if (!isWithinPixelBudget(facts.video.codedSize) || !isWithinPixelBudget(facts.video.displaySize))
         return refuse(ErrorKind::TooLarge,
                       fmt::format("pictures of 1 to {} pixels are expected, these have {} x {}",
-                                  pixelBudget(), facts.video.displaySize.width,
+                                  SystemBackend::pixelBudget(), facts.video.displaySize.width,
                                   facts.video.displaySize.height));
     auto decoder = VideoDecoder::open(demuxer->stream(stream), threadsFor(options));
     if (!decoder)

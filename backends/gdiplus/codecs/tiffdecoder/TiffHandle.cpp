@@ -1,6 +1,6 @@
 #include "gdiplus/codecs/tiffdecoder/TiffHandle.h"
 
-#include "gdiplus/codecs/PixelBudget.h"
+#include "system/PixelBudget.h"
 
 #include <tiffio.h>
 
@@ -24,7 +24,8 @@ struct OptionsDeleter {
 std::uint64_t mostTiffBytesAtOnce() {
     constexpr std::uint64_t bytesPerPixel = 4;
     constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<tmsize_t>::max());
-    return std::min(pixelBudget(), most / bytesPerPixel) * bytesPerPixel;
+    const auto budget = static_cast<std::uint64_t>(SystemBackend::pixelBudget());
+    return std::min(budget, most / bytesPerPixel) * bytesPerPixel;
 }
 
 struct TiffHandle::Callbacks {

@@ -1,10 +1,10 @@
-#include "engine/ffmpeg/Environment.h"
+#include "system/Environment.h"
 
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
 
-namespace EngineBackend {
+namespace SystemBackend {
 
 std::int64_t positiveFromEnvironment(const char* name, std::int64_t otherwise) {
     const char* text = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody sets it
@@ -16,4 +16,4 @@ std::int64_t positiveFromEnvironment(const char* name, std::int64_t otherwise) {
     return error == std::errc{} && rest == end && value > 0 ? value : otherwise;
 }
 
-} // namespace EngineBackend
+} // namespace SystemBackend
