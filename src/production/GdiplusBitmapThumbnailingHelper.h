@@ -39,7 +39,8 @@ public:
     static Gdiplus::Bitmap* GetThumbnailForImage(const std::wstring& path, int width, int height);
 
     /// The frame of a video at `time`, in seconds. The extension decides how it is made, in any case: a
-    /// "plumex", "gif" or "mosk" file has none as yet, any other file is that of `GetThumbnailForFile`.
+    /// "gif" file goes to `GetThumbnailForAnimatedGIF`, a "plumex" or "mosk" file has none as yet, any other
+    /// file is that of `GetThumbnailForFile`.
     /// `trackIndex` is -1 where the path alone tells what is wanted.
     static Gdiplus::Bitmap* GetThumbnailForVideo(const std::wstring& path, double time, int width, int height,
                                                  const boost::rational<unsigned long>& frameRate,
@@ -50,6 +51,12 @@ public:
     /// not to be read, or that shows nothing then.
     static Gdiplus::Bitmap* GetThumbnailForFile(const std::wstring& path, double time, int width, int height,
                                                 const boost::rational<unsigned long>& frameRate);
+
+    /// The frame of a GIF file, whatever its extension, at `time`, in seconds from the start of its first
+    /// pass; at 0 exactly, the second frame. Drawn on the file's own background colour. Null for a file that
+    /// is no GIF, or that has no such frame.
+    static Gdiplus::Bitmap* GetThumbnailForAnimatedGIF(const std::wstring& path, double time, int width,
+                                                       int height);
 
     /// A callout on transparent ground, at the size and moment at which its kind shows best. Null for an
     /// empty pointer, and for a callout that draws nothing.

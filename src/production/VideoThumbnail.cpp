@@ -46,9 +46,9 @@ Gdiplus::Bitmap* ShowNothing(const VideoRequest&) {
     return nullptr;
 }
 
-// FIXME: animated GIFs are not shown.
-Gdiplus::Bitmap* ShowAnimatedGif(const VideoRequest&) {
-    return nullptr;
+Gdiplus::Bitmap* ShowAnimatedGif(const VideoRequest& request) {
+    return GdiplusBitmapThumbnailingHelper::GetThumbnailForAnimatedGIF(request.path, request.time,
+                                                                       request.width, request.height);
 }
 
 // FIXME: .mosk recordings are not shown.
