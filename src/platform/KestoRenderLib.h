@@ -9,6 +9,12 @@
 #include <cstdint>
 #include <stdexcept>
 
+namespace FrameCodecLib {
+
+class Bitmap;
+
+}
+
 namespace KestoRenderLib {
 
 /// A call that its caller should not have made; `what()` says why.
@@ -43,6 +49,12 @@ public:
 
     /// With memory of its own, all transparent. Empty for a size below 1 or without memory for it.
     static boost::shared_ptr<MetaBitmap> Create(const KestoRenderLib::Size& size, PixelFormat format);
+
+    /// Over the frame's own pixels, without copying: for reading alone. The frame stays locked, and alive, as
+    /// long as what is returned; it must not be locked before. Empty for an empty pointer, and for a frame
+    /// that can't be locked.
+    static boost::shared_ptr<MetaBitmap>
+    CreateReferenceToFrameCodecLibBitmap(boost::shared_ptr<FrameCodecLib::Bitmap> frame);
 
     /// The same pixels in memory of its own, whosever memory this frame has. Empty for a size below 1 or
     /// without memory for it.

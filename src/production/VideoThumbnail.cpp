@@ -54,9 +54,9 @@ Gdiplus::Bitmap* ShowNothing(const VideoRequest&) {
     return nullptr;
 }
 
-// FIXME: animated GIFs are not shown.
-Gdiplus::Bitmap* ShowAnimatedGif(const VideoRequest&) {
-    return nullptr;
+Gdiplus::Bitmap* ShowAnimatedGif(const VideoRequest& request) {
+    return GdiplusBitmapThumbnailingHelper::GetThumbnailForAnimatedGIF(request.path, request.time,
+                                                                       request.width, request.height);
 }
 
 Gdiplus::Bitmap* ShowMosk(const VideoRequest& request) {

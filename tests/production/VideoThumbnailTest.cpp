@@ -1,5 +1,6 @@
 #include "production/GdiplusBitmapThumbnailingHelper.h"
 #include "support/GdiplusUser.h"
+#include "support/GifFile.h"
 #include "support/ShownNumber.h"
 #include "support/TempFolder.h"
 #include "support/recording/ScriptedRecordings.h"
@@ -88,6 +89,21 @@ TEST_F(VideoThumbnail, AFileOfAnyOtherKindIsRendered) {
 TEST_F(VideoThumbnail, AWholePlumexIsNoVideo) {
     EXPECT_TRUE(isNullWithoutAProject("recording.plumex"));
     EXPECT_TRUE(isNullWithoutAProject("recording.PLUMEX"));
+}
+
+TEST_F(VideoThumbnail, AGifIsShownByItsOwnRoute) {
+    const TestSupport::GifFile file =
+        TestSupport::GifFile(8, 4, {0x000000, 0x00FF00})
+            .frame({.width = 8, .height = 4})
+            .frame({.width = 8, .height = 4, .index = [](int, int) { return 1; }});
+    for (const char* name : {"moving.gif", "moving.GIF"}) {
+        const Picture shown(GdiplusBitmapThumbnailingHelper::GetThumbnailForVideo(
+            TestSupport::wideOf(folder.write(name, file.bytes())), 0.15, 4, 0, Rate(30), -1));
+        ASSERT_TRUE(shown) << name;
+        EXPECT_EQ(shown->GetWidth(), 4U);
+        EXPECT_EQ(pixelOf(*shown, 1, 1), 0xFF00FF00U);
+    }
+    EXPECT_TRUE(projects.requests().empty());
 }
 
 TEST_F(VideoThumbnail, AGifIsNeverRenderedAsAProject) {

@@ -99,7 +99,7 @@ PictureFacts factsOf(const GifHeader& header) {
                   Gdiplus::ImageFlagsHasRealDPI | Gdiplus::ImageFlagsColorSpaceRGB;
     GifColours colours = coloursOf(header);
     const bool paletteSuffices = colours.emptyIndex || coversScreen(header);
-    if (!header.secondFrame && paletteSuffices) {
+    if (!header.isAnimated && paletteSuffices) {
         facts.layout = RowLayout::Index8;
         facts.palette = std::move(colours.palette);
         facts.flags |= colours.emptyIndex ? Gdiplus::ImageFlagsHasAlpha : 0U;
@@ -137,8 +137,8 @@ Result<std::unique_ptr<PictureDecoder>> GifDecoder::open(std::shared_ptr<const B
 }
 
 Result<void> GifDecoder::decode(int /*reduction*/, RowSink& sink) const {
-    if (header.secondFrame)
-        if (auto complete = checkGifTrailer(*source, *header.secondFrame); !complete)
+    if (header.isAnimated)
+        if (auto complete = checkGifTrailer(*source); !complete)
             return complete;
     const GifFrame& frame = header.firstFrame;
     GifLines lines(*source, frame);

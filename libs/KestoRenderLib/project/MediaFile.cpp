@@ -1,5 +1,6 @@
 #include "KestoRenderLib/project/MediaFile.h"
 
+#include "KestoRenderLib/project/GifSource.h"
 #include "KestoRenderLib/project/ImageSource.h"
 #include "KestoRenderLib/project/PageSource.h"
 #include "KestoRenderLib/project/PathText.h"
@@ -38,8 +39,8 @@ bool isPositive(const boost::rational<__int64>& value) {
     return value.numerator() > 0; // C++20 cannot compare a boost::rational with a number
 }
 
-template <class Clip>
-MediaFile moving(const std::string& path, const VideoSource& video) {
+template <class Clip, class Source>
+MediaFile moving(const std::string& path, Source& video) {
     const auto rate = video.frameRate();
     const auto duration = video.duration();
     return filled(boost::make_shared<Clip>(SourceFile{path}), video.size(),
@@ -50,15 +51,15 @@ MediaFile moving(const std::string& path, const VideoSource& video) {
                       : usualFrameRate);
 }
 
-/// An animated GIF is a still picture where videos can't be decoded.
+/// A GIF of one frame is a still picture like any other.
 std::optional<MediaFile> asPicture(const std::string& path) {
     const ImageSource image(path);
     if (image.size() == Size())
         return std::nullopt;
     if (image.isGif()) {
-        const VideoSource video(path, -1);
-        if (video.size() != Size())
-            return moving<AnimatedGifClip>(path, video);
+        GifSource gif(path);
+        if (gif.frameCount() > 1)
+            return moving<AnimatedGifClip>(path, gif);
     }
     return filled(boost::make_shared<ImageClip>(SourceFile{path}), image.size(), stillDuration,
                   usualFrameRate);

@@ -95,9 +95,11 @@ public:
     void visitAnimatedGif(const ImageFileMedia& media) override {
         if (!isShown() || !scene.isInSight())
             return;
-        VideoSource& source = owner.sources().video(media, media.fileName(), media.streamIndex());
-        source.setTime(seconds(loopedTime(contentSeconds(), SafeRational(source.duration()))));
-        scene.paint(source);
+        GifSource& gif = owner.sources().gif(media, media.fileName());
+        if (gif.size() == KestoRenderLib::Size()) // a file of another kind may move, too
+            paintLooped(owner.sources().video(media, media.fileName(), media.streamIndex()));
+        else
+            paintLooped(gif);
     }
 
     void visitImage(const ImageFileMedia& media) override {
@@ -127,6 +129,12 @@ public:
 private:
     bool isShown() const { return asked || scene.stage().everything; }
     SafeRational contentSeconds() const { return RationalUtil::toSeconds(scene.contentTime()); }
+
+    template <class Source>
+    void paintLooped(Source& source) {
+        source.setTime(seconds(loopedTime(contentSeconds(), SafeRational(source.duration()))));
+        scene.paint(source);
+    }
 
     template <class File>
     void paintVideo(const Media& media, const File& file, const SafeRational& time) {

@@ -14,6 +14,10 @@ PageSource& SourceCache::page(const std::string& path, int page) {
     return *pages.get({path, page}, mostPages, [&] { return std::make_unique<PageSource>(path, page); });
 }
 
+GifSource& SourceCache::gif(const KestoMediaLib::Media& user, const std::string& path) {
+    return *gifs.get({&user, path}, mostDecoders, [&] { return std::make_unique<GifSource>(path); });
+}
+
 VideoSource& SourceCache::video(const KestoMediaLib::Media& user, const std::string& path, int streamIndex) {
     return *videos.get({&user, path, streamIndex}, mostDecoders,
                        [&] { return std::make_unique<VideoSource>(path, streamIndex); });

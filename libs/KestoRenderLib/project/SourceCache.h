@@ -1,5 +1,6 @@
 #pragma once
 
+#include "KestoRenderLib/project/GifSource.h"
 #include "KestoRenderLib/project/ImageSource.h"
 #include "KestoRenderLib/project/PageSource.h"
 #include "KestoRenderLib/project/RecentlyUsed.h"
@@ -25,6 +26,7 @@ public:
     /// Each result holds until the next call for its kind.
     ImageSource& image(const std::string& path);
     PageSource& page(const std::string& path, int page);
+    GifSource& gif(const KestoMediaLib::Media& user, const std::string& path);
     VideoSource& video(const KestoMediaLib::Media& user, const std::string& path, int streamIndex);
 
 private:
@@ -32,6 +34,7 @@ private:
 
     RecentlyUsed<std::string, std::unique_ptr<ImageSource>> images;
     RecentlyUsed<std::pair<std::string, int>, std::unique_ptr<PageSource>> pages;
+    RecentlyUsed<std::pair<const KestoMediaLib::Media*, std::string>, std::unique_ptr<GifSource>> gifs;
     RecentlyUsed<VideoKey, std::unique_ptr<VideoSource>> videos;
 };
 

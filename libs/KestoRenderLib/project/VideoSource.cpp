@@ -1,37 +1,6 @@
 #include "KestoRenderLib/project/VideoSource.h"
 
-#include <boost/make_shared.hpp>
-
-#include <utility>
-
 namespace KestoRenderLib {
-
-namespace {
-
-/// A decoder's frame, locked as long as it is looked at.
-class LockedFrame {
-public:
-    explicit LockedFrame(std::unique_ptr<FrameCodecLib::Bitmap> decoded)
-        : bitmap(std::move(decoded))
-        , locked(bitmap->Lock())
-        , view({bitmap->GetWidth(), bitmap->GetHeight()}, bitmap->GetStride(), PixelFormat::Premultiplied32,
-               locked ? bitmap->GetPixels() : nullptr, false) {}
-    ~LockedFrame() {
-        if (locked)
-            bitmap->Unlock();
-    }
-    LockedFrame(const LockedFrame&) = delete;
-    LockedFrame& operator=(const LockedFrame&) = delete;
-
-    MetaBitmap& frame() { return view; }
-
-private:
-    std::unique_ptr<FrameCodecLib::Bitmap> bitmap;
-    bool locked;
-    MetaBitmap view;
-};
-
-} // namespace
 
 VideoSource::VideoSource(const std::string& path, int streamIndex) {
     const std::unique_ptr<FrameCodecLib::DecoderFactory> factory(FrameCodecLib::DecoderFactory::Create());
@@ -52,13 +21,9 @@ boost::shared_ptr<MetaBitmap> VideoSource::picture(const KestoRenderLib::Size& w
     if (!decoder || !decoder->SetOutputSize(wanted.width, wanted.height))
         return {};
     FrameCodecLib::FrameTiming unused;
-    std::unique_ptr<FrameCodecLib::Bitmap> frame(decoder->GetFrameAtTime(shown, unused, 0));
-    if (!frame)
-        return {};
-    const auto locked = boost::make_shared<LockedFrame>(std::move(frame));
-    if (!locked->frame().GetPixels() || locked->frame().Size() != wanted)
-        return {};
-    return {locked, &locked->frame()};
+    const boost::shared_ptr<FrameCodecLib::Bitmap> frame(decoder->GetFrameAtTime(shown, unused, 0));
+    const auto picture = MetaBitmap::CreateReferenceToFrameCodecLibBitmap(frame);
+    return picture && picture->Size() == wanted ? picture : boost::shared_ptr<MetaBitmap>();
 }
 
 } // namespace KestoRenderLib

@@ -11,7 +11,7 @@
 
 namespace KestoRenderLib {
 
-/// The frames of one stream of a video file, or of an animated GIF, by an open decoder.
+/// The frames of one stream of a video file, by an open decoder.
 class VideoSource : public IPictureSource {
 public:
     /// Opens the file, whose `path` is UTF-8. What can't be decoded has no size.

@@ -2,6 +2,7 @@
 
 #include "gdiplus/LoadError.h"
 #include "gdiplus/codecs/ByteSource.h"
+#include "gif/Frame.h"
 
 #include <cstdint>
 #include <optional>
@@ -9,7 +10,7 @@
 
 namespace GdiplusBackend {
 
-/// What stands before the pixels of a frame (GIF89a, 20 and 23).
+/// What stands before the pixels of a frame.
 struct GifFrame {
     int left = 0;
     int top = 0;
@@ -24,14 +25,13 @@ struct GifHeader {
     int screenWidth = 0; ///< 0 by 0 in the file: as far as the first frame reaches
     int screenHeight = 0;
     GifFrame firstFrame = {};
-    /// Where the second frame's descriptor starts; empty for a file with one frame.
-    std::optional<std::uint64_t> secondFrame = {};
+    bool isAnimated = false;
 };
 
 /// Walks over the blocks without decoding any, up to the second frame or the trailer.
 Result<GifHeader> readGifHeader(const ByteSource& source);
 
-/// Whether the blocks from `position` on lead to the trailer: `Aborted` if the file ends before.
-Result<void> checkGifTrailer(const ByteSource& source, std::uint64_t position);
+/// Whether the blocks lead to the trailer: `Aborted` if the file ends before.
+Result<void> checkGifTrailer(const ByteSource& source);
 
 } // namespace GdiplusBackend

@@ -1,22 +1,15 @@
 #include "gdiplus/codecs/gifdecoder/GifLines.h"
 
+#include "gif/Frame.h"
+
 #include <gif_lib.h>
 
-#include <array>
 #include <new>
 #include <string>
 
 namespace GdiplusBackend {
 
 namespace {
-
-struct InterlacePass {
-    int first;
-    int step;
-};
-
-// GIF89a, appendix E.
-constexpr std::array<InterlacePass, 4> interlacePasses = {{{0, 8}, {4, 8}, {2, 4}, {1, 2}}};
 
 bool skipExtension(GifFileType* gif) {
     int label = 0;
@@ -88,7 +81,7 @@ Result<void> GifLines::readLine(std::span<std::byte> line) {
 
 Result<void> GifLines::unpackInterlaced() {
     const auto width = static_cast<std::size_t>(frame.width);
-    for (const InterlacePass& pass : interlacePasses)
+    for (const GifBackend::InterlacePass& pass : GifBackend::interlacePasses)
         for (int y = pass.first; y < frame.height; y += pass.step)
             if (auto read = readLine(std::span(pixels).subspan(width * static_cast<std::size_t>(y), width));
                 !read)
