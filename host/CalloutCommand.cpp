@@ -11,8 +11,9 @@
 
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <memory>
+#include <sstream>
+#include <string>
 #include <vector>
 
 namespace KestoHost {
@@ -37,9 +38,10 @@ struct CalloutOptions {
 };
 
 std::string contentOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::string content{std::istreambuf_iterator<char>(file), {}};
-    if (!file.good() || content.empty())
+    std::ostringstream bytes;
+    bytes << std::ifstream(path, std::ios::binary).rdbuf();
+    const std::string content = bytes.str();
+    if (content.empty())
         throw CLI::ValidationError("--svg", fmt::format("\"{}\" can't be read, or is empty", path));
     if (const std::string problem = checkUtf8(content); !problem.empty())
         throw CLI::ValidationError("--svg", problem);

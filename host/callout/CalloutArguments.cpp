@@ -20,6 +20,7 @@ using KestoMediaLib::CalloutParam;
 using Json = nlohmann::json;
 
 constexpr int longestNatural = 16384;
+constexpr double largestScale = 1000;
 
 std::string checkWord(const std::string& text, std::span<const std::string_view> known) {
     if (std::find(known.begin(), known.end(), text) != known.end())
@@ -78,7 +79,10 @@ std::optional<CalloutScale> parseScale(const std::string& text) {
         return std::nullopt;
     const auto horizontal = parseSeconds(text.substr(0, comma));
     const auto vertical = parseSeconds(text.substr(comma + 1));
-    if (!horizontal || !vertical || *horizontal <= 0 || *vertical <= 0)
+    const auto isScale = [](const std::optional<double>& factor) {
+        return factor && *factor > 0 && *factor <= largestScale;
+    };
+    if (!isScale(horizontal) || !isScale(vertical))
         return std::nullopt;
     return CalloutScale{*horizontal, *vertical};
 }
@@ -123,7 +127,7 @@ std::string checkNaturalSize(const std::string& text) {
 std::string checkScale(const std::string& text) {
     if (parseScale(text))
         return {};
-    return fmt::format("expected X,Y, two numbers above 0, found \"{}\"", text);
+    return fmt::format("expected X,Y, two numbers above 0 and at most {}, found \"{}\"", largestScale, text);
 }
 
 std::string checkEdge(const std::string& text) {

@@ -10,7 +10,7 @@
 
 namespace KestoHost {
 
-/// Reads "X,Y", two numbers above 0.
+/// Reads "X,Y", two numbers above 0 and at most 1000.
 std::optional<CalloutScale> parseScale(const std::string& text);
 
 /// Reads "NAME=SECONDS".
