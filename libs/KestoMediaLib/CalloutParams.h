@@ -22,6 +22,7 @@ struct CalloutParam {
         Number, ///< double
         Count,  ///< __int64 if it is whole, else double
         Color,  ///< __int64 that holds an `ArgbColor`
+        Path,   ///< std::string, in project files counted from their folder
     };
 
     std::string_view name;
@@ -31,7 +32,7 @@ struct CalloutParam {
     std::span<const std::string_view> choices = {};
 };
 
-/// All of them; docs/project-format.md tells what each means.
+/// All of them, by name; docs/callouts.md tells what each means.
 KESTO_EXPORT std::span<const CalloutParam> calloutParams();
 
 /// The parameter of that name, or `otherwise` if there is none of that name and type.
