@@ -50,6 +50,7 @@ std::optional<Json> valueOf(const CalloutParam& param, const std::string& text) 
     case CalloutParam::Type::Text:
     case CalloutParam::Type::Choice:
     case CalloutParam::Type::Color:
+    case CalloutParam::Type::Path:
         return wideFromUtf8(text) ? std::optional<Json>(text) : std::nullopt;
     case CalloutParam::Type::Flag:
         return text == "true" || text == "false" ? std::optional<Json>(text == "true") : std::nullopt;

@@ -29,6 +29,8 @@ const char* typeOf(const CalloutParam& param) {
         return "count";
     case CalloutParam::Type::Color:
         return "color";
+    case CalloutParam::Type::Path:
+        return "path";
     }
     return "";
 }
@@ -63,6 +65,8 @@ std::string valuesOf(const CalloutParam& param) {
         return "true or false";
     case CalloutParam::Type::Color:
         return "a colour like #rrggbb or #rrggbbaa";
+    case CalloutParam::Type::Path:
+        return "a path";
     case CalloutParam::Type::Number:
     case CalloutParam::Type::Count:
         break;

@@ -21,6 +21,7 @@ struct CalloutParam {
         Number, ///< double
         Count,  ///< __int64 if it is whole, else double
         Color,  ///< __int64: alpha, red, green, blue from bit 24, 16, 8, 0 on
+        Path,   ///< std::string, in project files counted from their folder
     };
 
     std::string_view name;
@@ -30,7 +31,7 @@ struct CalloutParam {
     std::span<const std::string_view> choices = {};
 };
 
-/// All of them; docs/project-format.md tells what each means.
+/// All of them, by name; docs/callouts.md tells what each means.
 KESTO_EXPORT std::span<const CalloutParam> calloutParams();
 
 } // namespace KestoMediaLib

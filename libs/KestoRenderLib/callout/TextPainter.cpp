@@ -21,6 +21,7 @@ struct Deleter {
     void operator()(PangoLayout* layout) const { g_object_unref(layout); }
     void operator()(PangoFontDescription* font) const { pango_font_description_free(font); }
     void operator()(PangoAttrList* attributes) const { pango_attr_list_unref(attributes); }
+    void operator()(gchar* text) const { g_free(text); }
 };
 template <class T>
 using Owned = std::unique_ptr<T, Deleter>;
@@ -79,7 +80,8 @@ public:
         pango_font_description_set_family(font.get(), look.font.c_str());
         pango_font_description_set_weight(font.get(), static_cast<PangoWeight>(look.fontWeight));
         pango_font_description_set_style(font.get(), look.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
-        pango_layout_set_text(layout.get(), look.text.data(), static_cast<int>(look.text.size()));
+        const Owned<gchar> valid(g_utf8_make_valid(look.text.data(), static_cast<gssize>(look.text.size())));
+        pango_layout_set_text(layout.get(), valid.get(), -1);
         pango_layout_set_alignment(layout.get(), alignmentOf(look.across));
         // Unwrapped lines need a width to be aligned in as well.
         pango_layout_set_width(layout.get(), look.wraps ? pangoUnits(area.width) : -1);
