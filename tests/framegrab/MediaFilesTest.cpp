@@ -4,6 +4,7 @@
 
 #include "framegrab/SomeMedia.h"
 
+#include "libs/KestoRenderLib/project/GifFile.h"
 #include "support/FrameNumber.h"
 #include "support/GdiplusUser.h"
 #include "support/TempFolder.h"
@@ -107,6 +108,15 @@ TEST_F(MediaFiles, AFileInsideOtherMediaIsShownByItsOwnTime) {
     late->setSpan(
         {.start = 3 * SomeMedia::second, .duration = SomeMedia::second, .mediaStart = SomeMedia::second});
     EXPECT_EQ(numberOf(late, Time(2, 5)), 10);
+}
+
+TEST_F(MediaFiles, AnAnimatedGifGivesTheFrameOfItsTime) {
+    const std::uint32_t colors[] = {0xFF0000, 0x00FF00, 0x0000FF};
+    MediaFrameGrabber grabber(boost::make_shared<KestoMediaLib::AnimatedGifClip>(
+        KestoMediaLib::SourceFile{folder.write("three.gif", RenderTests::gifOf(colors, 50))}));
+    EXPECT_EQ(pixelOf(grabber.frameAtTime(0, true, {}), 0, 0), 0xFFFF0000);
+    EXPECT_EQ(pixelOf(grabber.frameAtTime(Time(1, 2), true, {}), 0, 0), 0xFF00FF00);
+    EXPECT_EQ(pixelOf(grabber.frameAtTime(Time(5, 4), true, {}), 0, 0), 0xFF0000FF);
 }
 
 TEST_F(MediaFiles, AFrozenFrameIsRendered) {
