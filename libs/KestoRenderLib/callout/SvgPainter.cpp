@@ -24,6 +24,11 @@ const guint8* bytesOf(const std::string& text) {
     return reinterpret_cast<const guint8*>(text.data());
 }
 
+/// By the start of a gzip file (RFC 1952, 2.3.1), which librsvg would inflate without any bound.
+bool isCompressed(const std::string& document) {
+    return document.starts_with("\x1F\x8B");
+}
+
 /// Without a base, nothing but `data:` is ever resolved.
 Handle parse(const RevealedSvg& svg) {
     Handle handle(rsvg_handle_new_from_data(bytesOf(svg.document), svg.document.size(), nullptr));
@@ -51,6 +56,8 @@ RsvgRectangle viewportOf(RsvgHandle* handle, const Area& area) {
 } // namespace
 
 bool paintSvg(cairo_t* context, const CalloutLook& look, const Area& area, bool antialiased) {
+    if (isCompressed(look.svg))
+        return false;
     const Handle handle = parse(revealSvg(look.svg, look.progress, antialiased));
     if (!handle)
         return false;

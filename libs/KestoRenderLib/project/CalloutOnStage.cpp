@@ -99,7 +99,7 @@ void paintFrame(const MediaScene& scene, const VectorNode& node, const std::stri
     }
     params.emplace("FillColor", __int64{0});
     if (!params.contains("BorderColor"))
-        params.emplace("BorderWidth", 0.0);
+        params["BorderWidth"] = 0.0;
     FrameSource source = drawn(scene, standIn(scene, outlineOf(node), style, std::move(params)));
     scene.paint(source);
 }
