@@ -40,7 +40,7 @@ struct CalloutOptions {
 std::string contentOf(const std::string& path) {
     std::ostringstream bytes;
     bytes << std::ifstream(path, std::ios::binary).rdbuf();
-    const std::string content = bytes.str();
+    std::string content = bytes.str();
     if (content.empty())
         throw CLI::ValidationError("--svg", fmt::format("\"{}\" can't be read, or is empty", path));
     if (const std::string problem = checkUtf8(content); !problem.empty())
