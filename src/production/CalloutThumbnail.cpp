@@ -1,12 +1,12 @@
-#include "framegrab/Truncated.h"
+#include "framegrab/CalloutDrawingSize.h"
 #include "platform/CalloutDrawer.h"
 #include "production/CalloutKind.h"
 #include "production/FitWithinBounds.h"
 #include "production/GdiplusBitmapThumbnailingHelper.h"
 #include "production/MakeBitmap.h"
 
-#include <algorithm>
 #include <cstdint>
+#include <memory>
 
 namespace KestoThumbnailer {
 
@@ -15,25 +15,6 @@ namespace {
 using KestoMediaLib::Callout;
 using KestoRenderLib::Size;
 using CalloutPointer = boost::shared_ptr<const Callout>;
-
-/// At the callout's start.
-Size NaturalSizeOf(const Callout& callout) {
-    const KestoMediaLib::SafeRational start(0);
-    const auto scaleOf = [&](int component) { return callout.scale().at(component).valueAt(start); };
-    return {Truncated<std::int32_t>(static_cast<double>(callout.width(start)) * scaleOf(0)),
-            Truncated<std::int32_t>(static_cast<double>(callout.height(start)) * scaleOf(1))};
-}
-
-/// Brings the smaller side up to 200 and keeps the shape.
-Size EnlargedToDrawWell(const Size& size) {
-    constexpr int enough = 201;
-    constexpr double shortestSide = 200.0;
-    if (size.width >= enough && size.height >= enough)
-        return size;
-    // Deliberate: both lengths are truncated, so that the smaller side may end as 199.
-    const double factor = std::max(shortestSide / size.width, shortestSide / size.height);
-    return {Truncated<std::int32_t>(factor * size.width), Truncated<std::int32_t>(factor * size.height)};
-}
 
 boost::shared_ptr<KestoRenderLib::MetaBitmap> DrawOverlay(const CalloutPointer& callout) {
     KestoRenderLib::CalloutDrawer drawer(callout, {}, /*editing=*/false);

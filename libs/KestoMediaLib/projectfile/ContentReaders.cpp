@@ -45,7 +45,8 @@ VectorNodeParam readNumberParam(const JsonPlace& place, const CalloutParam& para
     return number;
 }
 
-VectorNodeParam readParam(const JsonPlace& place, const CalloutParam& param, FirstError& errors) {
+VectorNodeParam readParam(const JsonPlace& place, const CalloutParam& param, ReadContext& context) {
+    FirstError& errors = context.errors;
     switch (param.type) {
     case CalloutParam::Type::Text:
         return readText(place, errors);
@@ -55,6 +56,8 @@ VectorNodeParam readParam(const JsonPlace& place, const CalloutParam& param, Fir
         return readFlag(place, errors);
     case CalloutParam::Type::Color:
         return __int64{readColor(place, errors)};
+    case CalloutParam::Type::Path:
+        return readPath(place, context);
     case CalloutParam::Type::Number:
     case CalloutParam::Type::Count:
         break;
@@ -62,17 +65,18 @@ VectorNodeParam readParam(const JsonPlace& place, const CalloutParam& param, Fir
     return readNumberParam(place, param, errors);
 }
 
-VectorDrawing::Params readParams(const JsonPlace& place, FirstError& errors) {
+VectorDrawing::Params readParams(const JsonPlace& place, ReadContext& context) {
     VectorDrawing::Params params;
-    ObjectReader object(place, errors);
+    ObjectReader object(place, context.errors);
     for (const CalloutParam& param : calloutParams())
         if (const auto member = object.optional(param.name))
-            params.emplace(param.name, readParam(*member, param, errors));
+            params.emplace(param.name, readParam(*member, param, context));
     object.finish();
     return params;
 }
 
-boost::shared_ptr<const VectorNode> readDrawing(const JsonPlace& place, FirstError& errors) {
+boost::shared_ptr<const VectorNode> readDrawing(const JsonPlace& place, ReadContext& context) {
+    FirstError& errors = context.errors;
     ObjectReader object(place, errors);
     const auto kind = object.required("kind");
     const auto shape = object.required("shape");
@@ -83,7 +87,7 @@ boost::shared_ptr<const VectorNode> readDrawing(const JsonPlace& place, FirstErr
                                              shape ? readChoice(*shape, calloutShapes(), errors) : "",
                                              style ? readChoice(*style, calloutStyles(), errors)
                                                    : std::string(calloutStyles().front()),
-                                             params ? readParams(*params, errors) : VectorDrawing::Params());
+                                             params ? readParams(*params, context) : VectorDrawing::Params());
 }
 
 EdgeModification readEdge(const JsonPlace& place, FirstError& errors) {
@@ -139,8 +143,7 @@ ReadExtent readExtent(ObjectReader& object, ReadContext& context) {
 
 boost::shared_ptr<CalloutMedia> readCallout(ObjectReader& object, ReadContext& context) {
     const auto drawing = object.required("drawing");
-    auto callout =
-        boost::make_shared<CalloutMedia>(drawing ? readDrawing(*drawing, context.errors) : nullptr);
+    auto callout = boost::make_shared<CalloutMedia>(drawing ? readDrawing(*drawing, context) : nullptr);
     if (const auto edges = object.optional("edges"))
         for (const JsonPlace& edge : elementsOf(*edges, context.errors))
             callout->addEdgeModification(readEdge(edge, context.errors));

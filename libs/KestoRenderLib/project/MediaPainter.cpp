@@ -1,5 +1,6 @@
 #include "KestoRenderLib/project/MediaPainter.h"
 
+#include "KestoRenderLib/project/CalloutOnStage.h"
 #include "KestoRenderLib/project/FrameSource.h"
 #include "KestoRenderLib/project/MediaScene.h"
 #include "KestoRenderLib/project/SourceCache.h"
@@ -9,10 +10,8 @@
 #include "KestoMediaLib/MediaSpan.h"
 #include "KestoMediaLib/PlainMedia.h"
 #include "KestoMediaLib/ProjectModel.h"
-#include "platform/CalloutDrawer.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace KestoRenderLib {
 
@@ -33,14 +32,6 @@ SafeRational loopedTime(const SafeRational& time, const SafeRational& length) {
         return time;
     const SafeRational rounds = time / length;
     return time - SafeRational(rounds.numerator() / rounds.denominator()) * length;
-}
-
-/// At 1 pixel at least and without more than a frame may have, for the drawer to correct.
-KestoRenderLib::Size calloutSize(const MediaScene& scene) {
-    const auto length = [](double extent) {
-        return static_cast<std::int32_t>(std::clamp(std::round(extent), 1.0, 32767.0));
-    };
-    return {length(scene.width()), length(scene.height())};
 }
 
 /// Draws a media by its class. For the kinds that are not named there is nothing to draw.
@@ -114,14 +105,8 @@ public:
 
     void visitCallout(const Callout& media) override {
         const auto callout = boost::dynamic_pointer_cast<const Callout>(media.weak_from_this().lock());
-        if (!callout || !isShown() || !scene.isInSight())
-            return;
-        CalloutDrawer drawer(callout, {}, /*editing=*/false);
-        KestoRenderLib::Size size = calloutSize(scene);
-        drawer.AdjustDimensions(size, size);
-        drawer.SetTime(RationalUtil::toKestoTime(scene.animationTime()));
-        FrameSource source(drawer.GenerateOverlay(size, {1, 1}, /*transparent=*/true, /*antialiased=*/true));
-        scene.paint(source);
+        if (callout && isShown())
+            paintCallout(scene, callout);
     }
 
     void visitAudio(const AudioMedia&) override {}

@@ -6,6 +6,7 @@
 
 #include "KestoMediaLib/MediaSpan.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace KestoRenderLib {
@@ -50,11 +51,29 @@ bool MediaScene::isInSight() const {
         return false;
     if (extentX == 0 || extentY == 0)
         return true;
+    return !isEmpty(coveredPixels());
+}
+
+double MediaScene::zoom() const {
+    const Affine map = areaOf(extentX, extentY).map;
+    return std::max(map.lengthAcross(), map.lengthDown());
+}
+
+Rect MediaScene::coveredPixels() const {
     const Area area = areaOf(extentX, extentY);
-    return !isEmpty(intersection(touchedPixels(boundsOf(area.shown, area.map)), around.surface.clip()));
+    return intersection(touchedPixels(boundsOf(area.shown, area.map)), around.surface.clip());
 }
 
 void MediaScene::paint(IPictureSource& source) const {
+    paintThrough(around.surface, Affine(), opacity, source);
+}
+
+void MediaScene::paintOnto(Surface& surface, int left, int top, IPictureSource& source) const {
+    paintThrough(surface, Affine::translation(-left, -top), 1, source);
+}
+
+void MediaScene::paintThrough(Surface& surface, const Affine& outer, double faded,
+                              IPictureSource& source) const {
     const Size size = source.size();
     if (size.width < 1 || size.height < 1)
         return;
@@ -63,11 +82,11 @@ void MediaScene::paint(IPictureSource& source) const {
     const Area area = areaOf(width, height);
     const double across = size.width / width;
     const double down = size.height / height;
-    paintPicture(around.surface, source,
-                 {area.map * Affine::scaling(1 / across, 1 / down),
+    paintPicture(surface, source,
+                 {outer * area.map * Affine::scaling(1 / across, 1 / down),
                   {area.shown.left * across, area.shown.top * down, area.shown.right * across,
                    area.shown.bottom * down},
-                  opacity});
+                  faded});
 }
 
 bool MediaScene::isCropped(const Area& area) const {

@@ -29,8 +29,19 @@ public:
     /// False where nothing of it could be seen, so that its file need not be opened.
     bool isInSight() const;
 
+    /// With that of the stage.
+    double fading() const { return opacity; }
+
+    /// How many of the surface's pixels one of the media's comes to, in the direction in which it is more.
+    double zoom() const;
+    /// What the media touches of the surface's clip.
+    Rect coveredPixels() const;
+
     /// Fills the media's area with a picture.
     void paint(IPictureSource& source) const;
+    /// The same on another surface, whose first pixel is the one at (left, top) of the stage's, and without
+    /// fading.
+    void paintOnto(Surface& surface, int left, int top, IPictureSource& source) const;
     /// Draws what the media holds: `draw` is called once with the stage inside it, or not at all.
     void paintInside(const std::function<void(const Stage&)>& draw) const;
 
@@ -42,6 +53,7 @@ private:
     };
 
     Area areaOf(double width, double height) const;
+    void paintThrough(Surface& surface, const Affine& outer, double faded, IPictureSource& source) const;
     bool isCropped(const Area& area) const;
     Stage inside(Surface& surface, const Affine& map, double childOpacity) const;
 

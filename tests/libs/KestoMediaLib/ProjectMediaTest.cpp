@@ -241,6 +241,34 @@ TEST(ProjectMedia, CalloutsHaveADrawingAndEdges) {
     EXPECT_EQ(callout->edgeModifications().time("DrawPercentageFade"), SafeRational(3, 4));
 }
 
+TEST(ProjectMedia, SvgFilesOfCalloutsCountFromTheFolderOfTheProject) {
+    const auto callout = onlyMedia<Callout>(R"({"kind": "callout", "width": 8, "height": 6, "duration": 2,
+        "drawing": {"kind": "MacSVG", "shape": "line", "params": {"SvgFile": "signs/stop.svg"}}})");
+    ASSERT_TRUE(callout);
+    EXPECT_EQ(
+        paramOr<std::string>(*callout->vectorNode()->value(), "SvgFile", ""),
+        onlyMedia<ImageClip>(R"({"kind": "image", "file": "signs/stop.svg", "duration": 1})")->fileName());
+}
+
+TEST(ProjectMedia, EveryParameterOfACalloutIsRead) {
+    const auto callout = onlyMedia<Callout>(R"({"kind": "callout", "width": 8, "height": 6, "duration": 2,
+        "drawing": {"kind": "remix", "shape": "arrow",
+                    "params": {"DashStyle": "dash-dot", "FitText": false, "FontUnderline": true,
+                               "FontWeight": 300, "HeadAt": "both", "HeadStyle": "swept",
+                               "LineCap": "square", "ShadowOpacity": 0.5, "Wrap": false}}})");
+    ASSERT_TRUE(callout);
+    const auto node = callout->vectorNode()->value();
+    EXPECT_EQ(paramOr<std::string>(*node, "DashStyle", ""), "dash-dot");
+    EXPECT_FALSE(paramOr<bool>(*node, "FitText", true));
+    EXPECT_TRUE(paramOr<bool>(*node, "FontUnderline", false));
+    EXPECT_EQ(paramOr<double>(*node, "FontWeight", 0), 300);
+    EXPECT_EQ(paramOr<std::string>(*node, "HeadAt", ""), "both");
+    EXPECT_EQ(paramOr<std::string>(*node, "HeadStyle", ""), "swept");
+    EXPECT_EQ(paramOr<std::string>(*node, "LineCap", ""), "square");
+    EXPECT_EQ(paramOr<double>(*node, "ShadowOpacity", 0), 0.5);
+    EXPECT_FALSE(paramOr<bool>(*node, "Wrap", true));
+}
+
 TEST(ProjectMedia, TheDrawTimeIsWholeOrAFraction) {
     const auto drawTime = [](const std::string& number) {
         const auto callout = onlyMedia<Callout>(

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string_view>
+
+namespace KestoRenderLib {
+
+/// How long the outline of an SVG element is in its own units, near enough to share out drawing time: curves
+/// are measured along a few chords. 0 for an element of another name, and for one that draws nothing.
+double svgLength(std::string_view element, std::string_view attributes);
+
+} // namespace KestoRenderLib
