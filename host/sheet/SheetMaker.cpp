@@ -9,6 +9,7 @@
 #include "sheet/ScrubPage.h"
 #include "sheet/SheetPainter.h"
 #include "sheet/WebVtt.h"
+#include "video/GifFrame.h"
 #include "video/MovingInput.h"
 #include "video/TimedFrames.h"
 
@@ -139,7 +140,8 @@ std::optional<Failure> tryMake(SheetReport& report) {
     if (auto refusal = refusalOfNames(request))
         return refusal;
     const GdiplusSession session;
-    report.sourceKind = wordOf(inputKindOf(request.input), request.input);
+    const InputKind kind = isAnimatedGif(request.input) ? InputKind::Animation : inputKindOf(request.input);
+    report.sourceKind = wordOf(kind, request.input);
     const TimedFrames::Opened opened = TimedFrames::open(request.input);
     if (!opened.frames)
         return opened.failure;
