@@ -12,7 +12,7 @@ struct Failure {
     bool withoutPicture = false; ///< the input is at fault: no picture is to be had of it
 };
 
-/// Which frame of a video or project was shown.
+/// Which frame of a video, project or animation was shown.
 struct DeliveredFrame {
     double seconds = 0; ///< when it starts
     std::optional<long long>
@@ -23,12 +23,12 @@ struct DeliveredFrame {
 struct ThumbReport {
     std::string input;
     std::string output;
-    std::string sourceKind; ///< "image", "pdf", "video" or "project"
+    std::string sourceKind; ///< "image", "pdf", "video", "project" or "animation"
     double seconds = 0;     ///< the time that was asked for
     int width = 0;          ///< of the written picture, in pixels
     int height = 0;
     double milliseconds = 0;             ///< from the open of the input to the end of writing
-    std::optional<DeliveredFrame> frame; ///< of a picture out of a video or project
+    std::optional<DeliveredFrame> frame; ///< of a picture out of what moves
     std::optional<Failure> failure;
 };
 

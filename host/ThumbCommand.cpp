@@ -47,7 +47,7 @@ ThumbReport reportOn(const ThumbnailRequest& request, const std::optional<ZoomVi
     if (report.failure)
         return report;
     const GdiplusSession session;
-    const InputKind kind = inputKindOf(request.input);
+    const InputKind kind = inputKindOf(request);
     if (view || kind != InputKind::Still)
         return exactThumbnail(request, kind, view);
     return makeThumbnail(request);

@@ -15,7 +15,8 @@ void addThumbnailOptions(CLI::App& command, const std::shared_ptr<ThumbnailOptio
     command.add_option("--time", options->time, "The time to show, for inputs that last")
         ->type_name("SECONDS")
         ->capture_default_str()
-        ->check(checkSeconds);
+        ->check(checkSeconds)
+        ->each([options](const std::string&) { options->isTimeAsked = true; });
     const auto takeTrack = [options](const std::string& text) { options->track = *parseTrack(text); };
     command
         .add_option_function<std::string>("--track", takeTrack,
@@ -30,6 +31,7 @@ ThumbnailRequest requestFor(const ThumbnailOptions& options, std::string input, 
             .output = std::move(output),
             .bounds = *parseBounds(options.size),
             .seconds = *parseSeconds(options.time),
+            .isTimeAsked = options.isTimeAsked,
             .track = options.track};
 }
 

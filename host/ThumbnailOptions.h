@@ -15,6 +15,7 @@ namespace KestoHost {
 struct ThumbnailOptions {
     std::string size = "0x92";
     std::string time = "0";
+    bool isTimeAsked = false; ///< whether the command line has it
     int track = trackByPathAlone;
     bool json = false;
 };

@@ -16,6 +16,7 @@ struct ThumbnailRequest {
     std::string output;
     Bounds bounds;
     double seconds = 0;
+    bool isTimeAsked = false; ///< else a picture that moves is shown as a still one
     int track = trackByPathAlone;
 };
 

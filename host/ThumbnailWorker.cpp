@@ -39,12 +39,15 @@ void ThumbnailWorker::begin(ThumbnailRequest next) {
     request = std::move(next);
     report = reportFor(request);
     hasPicture = false;
+    isMoment = asksForMoment(request);
     ThumbnailLoaderJob job = jobFor(request);
     job.callback = this;
     (void)loader.GetThumbnailAsync(job); // only false without an input, which `refusalOf` has refused
 }
 
 void ThumbnailWorker::OnLoadedGdiPlusBitmapThumbnail(Gdiplus::Bitmap** bitmap, const ThumbnailLoaderJob&) {
+    if (isMoment) // this is the first frame
+        return;
     hasPicture = true;
     report.width = static_cast<int>((*bitmap)->GetWidth());
     report.height = static_cast<int>((*bitmap)->GetHeight());
@@ -69,7 +72,7 @@ void ThumbnailWorker::OnThumbnailJobFinished(const ThumbnailLoaderJob&) {
 
 /// The loader's own road to videos lays a grid over times; this one gives the exact frame.
 void ThumbnailWorker::tryWithoutLoader() {
-    const InputKind kind = inputKindOf(request.input);
+    const InputKind kind = isMoment ? InputKind::Animation : inputKindOf(request.input);
     if (kind == InputKind::Still)
         report.failure = withoutPicture(request.input);
     else

@@ -47,6 +47,7 @@ private:
     ThumbnailRequest request;
     ThumbReport report;
     bool hasPicture = false;
+    bool isMoment = false; ///< of an animation, which to the loader is a still picture
     Clock::time_point start;
 
     KestoThumbnailer::ThumbnailLoader loader; // last: its thread uses all of the above

@@ -9,6 +9,7 @@
 #include "sheet/ScrubPage.h"
 #include "sheet/SheetPainter.h"
 #include "sheet/WebVtt.h"
+#include "video/GifFrame.h"
 #include "video/MovingInput.h"
 #include "video/TimedFrames.h"
 #include "video/VideoFrames.h"
@@ -190,7 +191,7 @@ std::optional<Failure> tryMake(SheetReport& report) {
     if (auto refusal = refusalOfNames(request))
         return refusal;
     const GdiplusSession session;
-    const InputKind kind = inputKindOf(request.input);
+    const InputKind kind = isAnimatedGif(request.input) ? InputKind::Animation : inputKindOf(request.input);
     report.sourceKind = wordOf(kind, request.input);
     return kind == InputKind::Video ? makeFromVideo(report) : makeFromProject(report);
 }

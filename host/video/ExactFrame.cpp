@@ -1,5 +1,6 @@
 #include "video/ExactFrame.h"
 
+#include "video/GifFrame.h"
 #include "video/TimedFrames.h"
 #include "video/VideoFrames.h"
 
@@ -92,6 +93,14 @@ std::optional<Failure> makeFromVideo(const ThumbnailRequest& request, ThumbRepor
     return saveThumbnail(frame.bitmap, request, report);
 }
 
+std::optional<Failure> makeFromGif(const ThumbnailRequest& request, ThumbReport& report) {
+    const GifThumbnail made = gifThumbnail(request.input, request.seconds, request.bounds);
+    if (!made.bitmap)
+        return nothingShown(request);
+    report.frame = made.told;
+    return save(*made.bitmap, request, report);
+}
+
 /// Media shows its last frame after its end, as a decoder does; a project is over then.
 std::optional<Failure> refusalOfTime(const TimedFrames& frames, const ThumbnailRequest& request) {
     if (!frames.isProject() || timeOf(request) < frames.duration())
@@ -128,6 +137,8 @@ std::optional<Failure> makeThumbnail(const ThumbnailRequest& request, InputKind 
                                      const std::optional<ZoomView>& view, ThumbReport& report) {
     if (kind == InputKind::Video && !view)
         return makeFromVideo(request, report);
+    if (kind == InputKind::Animation && !view)
+        return makeFromGif(request, report);
     const TimedFrames::Opened opened = TimedFrames::open(request.input);
     return opened.frames ? makeFromProject(*opened.frames, request, view, report) : opened.failure;
 }

@@ -3,6 +3,7 @@
 #include "LetterCase.h"
 #include "Paths.h"
 #include "SourceKind.h"
+#include "video/GifFrame.h"
 
 #include <KestoThumbnailer/ThumbnailDiagnosis.h>
 #include <KestoThumbnailer/platform/FrameCodecDiagnosis.h>
@@ -55,6 +56,14 @@ InputKind inputKindOf(const std::string& input) {
     return diagnosedReason(path) == NoThumbnailReason::UnknownFormat ? InputKind::Video : InputKind::Still;
 }
 
+bool asksForMoment(const ThumbnailRequest& request) {
+    return request.isTimeAsked && isAnimatedGif(request.input);
+}
+
+InputKind inputKindOf(const ThumbnailRequest& request) {
+    return asksForMoment(request) ? InputKind::Animation : inputKindOf(request.input);
+}
+
 const char* wordOf(InputKind kind, const std::string& input) {
     switch (kind) {
     case InputKind::Still:
@@ -63,6 +72,8 @@ const char* wordOf(InputKind kind, const std::string& input) {
         return "video";
     case InputKind::Project:
         return "project";
+    case InputKind::Animation:
+        return "animation";
     }
     return "";
 }

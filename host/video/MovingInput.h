@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Report.h"
+#include "ThumbnailRequest.h"
 
 #include <string>
 
@@ -10,6 +10,7 @@ enum class InputKind {
     Still, ///< a picture or a document, or nothing that could be read
     Video,
     Project,
+    Animation, ///< a GIF with several frames, where it is not to be taken for a still picture
 };
 
 /// Whether the name is that of a project file.
@@ -19,7 +20,13 @@ bool isProjectFile(const std::string& input);
 /// `input` is a name that `refusalOf` has nothing against; the process must have started GDI+.
 InputKind inputKindOf(const std::string& input);
 
-/// The word for reports: "image", "pdf", "video" or "project".
+/// Whether the request has a time, and its input is a GIF with several frames.
+bool asksForMoment(const ThumbnailRequest& request);
+
+/// The same; but an animation where the request asks for a moment of one.
+InputKind inputKindOf(const ThumbnailRequest& request);
+
+/// The word for reports: "image", "pdf", "video", "project" or "animation".
 const char* wordOf(InputKind kind, const std::string& input);
 
 /// Why no video could be decoded of that stream of a file; -1 is the one that a player would show.
