@@ -25,6 +25,13 @@ std::wstring wideWithReplacements(const std::string& text) {
     return wide;
 }
 
+/// Under any spelling that the library forgives.
+bool isThere(const std::string& path) {
+    return GetFileAttributesW(wideWithReplacements(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+} // namespace
+
 std::string utf8FromWide(const std::wstring& text) {
     const int length = static_cast<int>(text.size());
     const int units = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
@@ -32,13 +39,6 @@ std::string utf8FromWide(const std::wstring& text) {
     WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), units, nullptr, nullptr);
     return utf8;
 }
-
-/// Under any spelling that the library forgives.
-bool isThere(const std::string& path) {
-    return GetFileAttributesW(wideWithReplacements(path).c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
-} // namespace
 
 std::optional<std::wstring> wideFromUtf8(const std::string& path) {
     if (path.empty())

@@ -2,6 +2,7 @@
 
 #include "BatchCommand.h"
 #include "CalloutCommand.h"
+#include "LsCommand.h"
 #include "SheetCommand.h"
 #include "ThumbCommand.h"
 #include "Version.h"
@@ -18,7 +19,8 @@ namespace KestoHost {
 namespace {
 
 using AddCommand = void (*)(CLI::App& program, ExitStatus& status);
-constexpr AddCommand commands[] = {addThumbCommand, addBatchCommand, addSheetCommand, addCalloutCommand};
+constexpr AddCommand commands[] = {addThumbCommand,   addBatchCommand, addSheetCommand,
+                                   addCalloutCommand, addLsCommand};
 
 constexpr const char* footer = "Exit status: 0 done, 1 a picture was not written (the reason is on standard "
                                "error), 2 wrong usage.\nA name that begins with a dash goes after --.";

@@ -57,7 +57,6 @@ std::span<const ForeignLibrary> foreignLibraries() {
         {"libwebp", {"webp/*"}, {"backends/gdiplus"}},
         {"libheif", {"libheif/*"}, {"backends/gdiplus"}},
         {"libexif", {"libexif/*"}, {"backends/gdiplus/properties"}},
-        {"libgsf", {"gsf/*"}, {"backends/storage"}},
         {"libmp4v2", {"mp4v2/*"}, {"backends/mp4v2"}},
         // An SVG is a picture to the codecs and a callout's shape to the renderer, both drawn through Cairo.
         {"Cairo", {"cairo/*", "cairo.h"}, {"backends/gdiplus/codecs/modules", "libs/KestoRenderLib"}},

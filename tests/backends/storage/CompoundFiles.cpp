@@ -1,17 +1,21 @@
 #include "backends/storage/CompoundFiles.h"
 
+#include <cstdint>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 
 namespace StorageBackend {
 
 std::string pattern(std::size_t size, unsigned seed) {
-    std::string bytes(size, '\0');
+    std::string bytes(size + sizeof(std::uint32_t), '\0');
     std::uint32_t state = seed;
-    for (char& byte : bytes) {
+    for (std::size_t place = 0; place < size; place += sizeof state) {
         state = state * 1664525U + 1013904223U;
-        byte = static_cast<char>(state >> 24U);
+        const std::uint32_t noise = state ^ state >> 13U;
+        std::memcpy(bytes.data() + place, &noise, sizeof noise);
     }
+    bytes.resize(size);
     return bytes;
 }
 

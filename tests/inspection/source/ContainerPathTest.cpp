@@ -64,7 +64,8 @@ TEST(SplitContainerPath, TakesTheMemberOffInLowerCase) {
 }
 
 TEST(SplitContainerPath, GivesAnyOtherPathInLowerCaseAndLeavesTheMemberAsItWas) {
-    for (const wchar_t* path : {L"C:\\Dir\\Clip.AVI", L"Talk.Plumex", L"Talk.plumex.bak!x", L"Audio!x.plumex"}) {
+    for (const wchar_t* path :
+         {L"C:\\Dir\\Clip.AVI", L"Talk.Plumex", L"Talk.plumex.bak!x", L"Audio!x.plumex"}) {
         std::wstring disk = L"before";
         std::wstring member = L"Before";
         EXPECT_EQ(SplitContainerPath(path, disk, member), 1) << path;
