@@ -3,6 +3,7 @@
 #include "engine/ffmpeg/ColorDescription.h"
 #include "engine/ffmpeg/PixelBudget.h"
 #include "engine/ffmpeg/TurnPixels.h"
+#include "engine/ffmpeg/UnscaledColors.h"
 
 #include <fmt/format.h>
 
@@ -92,6 +93,10 @@ Result<void> PixelConverter::scale(const AVFrame& frame, PictureSize size, std::
 
 Result<void> PixelConverter::scaleOpaque(const AVFrame& frame, PictureSize size, std::uint8_t* pixels) {
     const ColorDescription colors = describeColors(frame);
+    if (size == PictureSize{frame.width, frame.height} && canConvertUnscaled(frame, colors)) {
+        convertUnscaled(frame, colors, pixels);
+        return {};
+    }
     const AVFrame& source = averaged.reduced(frame, size);
     fromFrame.reset(sws_getCachedContext(fromFrame.release(), source.width, source.height,
                                          static_cast<AVPixelFormat>(colors.format), size.width, size.height,
