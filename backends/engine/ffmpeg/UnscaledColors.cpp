@@ -113,7 +113,7 @@ private:
         constexpr int scale = 8; // 4 of the rows and 4 of the columns make 128
         const std::int16_t* from = halved.data() + 1;
         std::int16_t* to = whole.data();
-        for (int x = 0; x < columns; ++x) {
+        for (std::ptrdiff_t x = 0; x < columns; ++x) {
             to[2 * x] =
                 static_cast<std::int16_t>((from[x - 1] * across.before + from[x] * across.atEven) * scale);
             to[2 * x + 1] =
