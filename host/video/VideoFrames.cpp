@@ -18,7 +18,7 @@ using KestoRenderLib::MetaBitmap;
 using KestoRenderLib::Size;
 
 /// As long as the renderer takes such a file to be.
-constexpr ModelTime unknownDuration = 24 * 3600 * modelTimePerSecond;
+constexpr ModelTime unknownDuration = ModelTime{24} * 3600 * modelTimePerSecond;
 
 /// The library's thumbnails have truncated lengths within one bound, by single precision, and rounded ones
 /// within two.

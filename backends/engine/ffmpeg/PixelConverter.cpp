@@ -3,6 +3,7 @@
 #include "engine/ffmpeg/ColorDescription.h"
 #include "engine/ffmpeg/PixelBudget.h"
 #include "engine/ffmpeg/TurnPixels.h"
+#include "engine/ffmpeg/UnscaledColors.h"
 
 #include "system/PixelBudget.h"
 
@@ -101,6 +102,11 @@ Result<void> PixelConverter::scale(const AVFrame& frame, PictureSize size, std::
 Result<void> PixelConverter::scaleInto(const AVFrame& frame, PictureSize size, int format,
                                        std::uint8_t* pixels) {
     const ColorDescription colors = describeColors(frame);
+    const bool isOwnSize = size == PictureSize{frame.width, frame.height};
+    if (isOwnSize && format == AV_PIX_FMT_BGRA && canConvertUnscaled(frame, colors)) {
+        convertUnscaled(frame, colors, pixels);
+        return {};
+    }
     const AVFrame& source = averaged.reduced(frame, size);
     fromFrame.reset(sws_getCachedContext(
         fromFrame.release(), source.width, source.height, static_cast<AVPixelFormat>(colors.format),

@@ -134,6 +134,58 @@ TEST(HighDynamicRange, OfHybridLogGammaIsAsBrightAsOnItsScreen) {
                {{16, 16, 16}, {61, 61, 61}, {137, 137, 137}, {229, 229, 229}, {255, 255, 255}});
 }
 
+/// `share` of the way from one bar to the next in chroma, with the luma of `lumaOf`.
+std::array<int, 3> between(std::size_t bar, std::size_t lumaOf, double share) {
+    const auto mixed = [&](std::size_t component) {
+        return static_cast<int>(
+            std::lround(bars[bar][component] * (1 - share) + bars[bar + 1][component] * share));
+    };
+    return {bars[lumaOf][0], mixed(1), mixed(2)};
+}
+
+void expectColour(const unsigned char* pixel, const std::array<int, 3>& sample) {
+    const std::array<double, 3> expected = trueColour(sample, {"", bt709});
+    for (std::size_t channel = 0; channel < 3; ++channel)
+        EXPECT_NEAR(pixel[channel], expected[channel], 2) << "channel " << channel;
+}
+
+/// What is to be seen at the end of a bar, and at the beginning of the next, in shares of the next one's
+/// chroma.
+void expectAcrossColumns(const std::string& file, double atEnd, double atBeginning) {
+    const auto decoder = openDecoder(videoPath(file));
+    const auto frame = decoder ? frameAt(*decoder, 0) : nullptr;
+    ASSERT_TRUE(frame && frame->Lock());
+    for (std::size_t bar = 0; bar + 1 < bars.size(); ++bar) {
+        const unsigned char* next = frame->GetPixels() + 16 * frame->GetStride() + 16 * (bar + 1) * 4;
+        expectColour(next - 8, bars[bar]);
+        expectColour(next - 4, between(bar, bar, atEnd));
+        expectColour(next, between(bar, bar + 1, atBeginning));
+        expectColour(next + 4, bars[bar + 1]);
+    }
+}
+
+TEST(Chroma, IsInterpolatedFromEvenColumns) {
+    expectAcrossColumns("bars-on-columns.mp4", 0.5, 1);
+}
+
+TEST(Chroma, IsInterpolatedFromBetweenColumns) {
+    expectAcrossColumns("bars-8-bt709-tv.mp4", 0.25, 0.75);
+}
+
+TEST(Chroma, IsInterpolatedFromBetweenRows) {
+    const auto decoder = openDecoder(videoPath("bars-in-rows.mp4"));
+    const auto frame = decoder ? frameAt(*decoder, 0) : nullptr;
+    ASSERT_TRUE(frame && frame->Lock());
+    for (std::size_t bar = 0; bar + 1 < bars.size(); ++bar) {
+        const int below = 16 * (static_cast<int>(bar) + 1);
+        const auto pixelIn = [&](int row) { return frame->GetPixels() + row * frame->GetStride() + 16 * 4; };
+        expectColour(pixelIn(below - 2), bars[bar]);
+        expectColour(pixelIn(below - 1), between(bar, bar, 0.25));
+        expectColour(pixelIn(below), between(bar, bar + 1, 0.75));
+        expectColour(pixelIn(below + 1), bars[bar + 1]);
+    }
+}
+
 TEST(Alpha, IsMultipliedIntoTheColours) {
     const auto decoder = openDecoder(videoPath("alpha.mov"));
     ASSERT_TRUE(decoder);
