@@ -1,6 +1,7 @@
 #include "Program.h"
 
 #include "BatchCommand.h"
+#include "PackCommand.h"
 #include "SheetCommand.h"
 #include "ThumbCommand.h"
 #include "Version.h"
@@ -17,7 +18,7 @@ namespace KestoHost {
 namespace {
 
 using AddCommand = void (*)(CLI::App& program, ExitStatus& status);
-constexpr AddCommand commands[] = {addThumbCommand, addBatchCommand, addSheetCommand};
+constexpr AddCommand commands[] = {addThumbCommand, addBatchCommand, addSheetCommand, addPackCommand};
 
 constexpr const char* footer = "Exit status: 0 done, 1 a picture was not written (the reason is on standard "
                                "error), 2 wrong usage.\nA name that begins with a dash goes after --.";
