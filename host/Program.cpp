@@ -3,6 +3,7 @@
 #include "BatchCommand.h"
 #include "CalloutCommand.h"
 #include "LsCommand.h"
+#include "PackCommand.h"
 #include "SheetCommand.h"
 #include "ThumbCommand.h"
 #include "Version.h"
@@ -20,7 +21,7 @@ namespace {
 
 using AddCommand = void (*)(CLI::App& program, ExitStatus& status);
 constexpr AddCommand commands[] = {addThumbCommand,   addBatchCommand, addSheetCommand,
-                                   addCalloutCommand, addLsCommand};
+                                   addCalloutCommand, addLsCommand,    addPackCommand};
 
 constexpr const char* footer = "Exit status: 0 done, 1 a picture was not written (the reason is on standard "
                                "error), 2 wrong usage.\nA name that begins with a dash goes after --.";

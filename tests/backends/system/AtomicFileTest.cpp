@@ -10,6 +10,7 @@
 #include <sys/wait.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <string_view>
 
@@ -73,6 +74,32 @@ TEST(AtomicFile, HoldsMoreThanAPipeOrAPageCanTakeAtOnce) {
     text.back() = 'z';
     EXPECT_TRUE(writeWhole(temp / "a.png", text));
     EXPECT_EQ(contentOf(temp / "a.png"), text);
+}
+
+TEST(AtomicFile, IsWrittenAtAnyPlaceAndReadBack) {
+    const TempFolder temp;
+    AtomicFile file(temp / "a.png");
+    const std::string_view rear = "rear";
+    const std::string_view front = "front";
+    EXPECT_TRUE(file.writeAt(6, std::as_bytes(std::span(rear))));
+    EXPECT_TRUE(file.writeAt(0, std::as_bytes(std::span(front))));
+    std::array<char, 4> found{};
+    EXPECT_TRUE(file.readAt(6, std::as_writable_bytes(std::span(found))));
+    EXPECT_EQ(std::string_view(found.data(), found.size()), rear);
+    EXPECT_FALSE(file.readAt(7, std::as_writable_bytes(std::span(found)))) << "beyond the end";
+    EXPECT_TRUE(file.commit());
+    EXPECT_EQ(contentOf(temp / "a.png"), std::string("front\0rear", 10));
+}
+
+TEST(AtomicFile, ThatIsAPipeHasNoPlaces) {
+    const TempFolder temp;
+    const std::string pipe = temp / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const FileDescriptor reader(::open(pipe.c_str(), O_RDONLY | O_NONBLOCK));
+    AtomicFile file(pipe);
+    ASSERT_TRUE(file.good());
+    EXPECT_FALSE(file.writeAt(0, std::as_bytes(std::span("text"))));
+    EXPECT_EQ(file.error(), ESPIPE);
 }
 
 TEST(AtomicFile, MayBeEmpty) {

@@ -127,6 +127,22 @@ TEST_F(RecordingWriter, AddsDataBehindTheOtherTracks) {
     EXPECT_FALSE(tracks[1]->decodeFrameAtTime(0, pixel, sizeof pixel, nullptr));
 }
 
+TEST_F(RecordingWriter, NeverGivesDataARoleWhateverItsHandlerSays) {
+    write({{videoPath("h264.mp4"), 100}}, folder.write("events.dat", "events").string());
+    std::string content = TestSupport::readFile(output);
+    const std::size_t name = content.rfind("Kesto Events");
+    content.replace(name, 12, "Kesto Screen");
+    content.replace(content.rfind("meta", name), 4, "vide");
+    const Tracks tracks = tracksOf(folder.write("patched.mosk", content).string());
+    ASSERT_EQ(tracks.size(), 2U);
+    EXPECT_EQ(tracks[1]->kind(), 0);
+    EXPECT_EQ(tracks[1]->format(), "qrl2");
+    EXPECT_EQ(tracks[1]->typeCode(), 0);
+    unsigned char pixel[4] = {};
+    EXPECT_FALSE(tracks[1]->decodeFrameAtTime(0, pixel, sizeof pixel, nullptr));
+    EXPECT_THAT(numberAt(*tracks[0], 1), Optional(25));
+}
+
 TEST_F(RecordingWriter, AddsDataToTheQuickTimeFormToo) {
     const Tracks tracks =
         write({{videoPath("camera.wmv"), 101}}, folder.write("events.dat", "events").string());
