@@ -1,5 +1,6 @@
 #include "video/ExactFrame.h"
 
+#include "video/RecordingPicture.h"
 #include "video/TimedFrames.h"
 
 #include <KestoThumbnailer/GdiplusBitmapThumbnailingHelper.h>
@@ -117,6 +118,11 @@ std::optional<Failure> makeFromVideo(const ThumbnailRequest& request, ThumbRepor
     return saveThumbnail(frame, request, report);
 }
 
+std::optional<Failure> makeFromRecording(const ThumbnailRequest& request, ThumbReport& report) {
+    const RecordingPicture picture = pictureOfRecording(request);
+    return picture.bitmap ? save(*picture.bitmap, request, report) : picture.failure;
+}
+
 /// Media shows its last frame after its end, as a decoder does; a project is over then.
 std::optional<Failure> refusalOfTime(const TimedFrames& frames, const ThumbnailRequest& request) {
     if (!frames.isProject() || timeOf(request) < frames.duration())
@@ -153,6 +159,8 @@ std::optional<Failure> makeThumbnail(const ThumbnailRequest& request, InputKind 
                                      const std::optional<ZoomView>& view, ThumbReport& report) {
     if (kind == InputKind::Video && !view)
         return makeFromVideo(request, report);
+    if (kind == InputKind::Recording && !view)
+        return makeFromRecording(request, report);
     const TimedFrames::Opened opened = TimedFrames::open(request.input);
     return opened.frames ? makeFromProject(*opened.frames, request, view, report) : opened.failure;
 }

@@ -3,6 +3,7 @@
 #include "LetterCase.h"
 #include "Paths.h"
 #include "SourceKind.h"
+#include "video/RecordingPicture.h"
 
 #include <KestoThumbnailer/ThumbnailDiagnosis.h>
 #include <KestoThumbnailer/platform/FrameCodecDiagnosis.h>
@@ -52,7 +53,9 @@ InputKind inputKindOf(const std::string& input) {
     const std::wstring path = *wideFromUtf8(input);
     if (isDocument(input) || isPicture(path))
         return InputKind::Still;
-    return diagnosedReason(path) == NoThumbnailReason::UnknownFormat ? InputKind::Video : InputKind::Still;
+    if (diagnosedReason(path) != NoThumbnailReason::UnknownFormat)
+        return InputKind::Still;
+    return isRecordingFile(input) ? InputKind::Recording : InputKind::Video;
 }
 
 const char* wordOf(InputKind kind, const std::string& input) {
@@ -61,6 +64,8 @@ const char* wordOf(InputKind kind, const std::string& input) {
         return sourceKindOf(input).word;
     case InputKind::Video:
         return "video";
+    case InputKind::Recording:
+        return "recording";
     case InputKind::Project:
         return "project";
     }

@@ -9,17 +9,19 @@ namespace KestoHost {
 enum class InputKind {
     Still, ///< a picture or a document, or nothing that could be read
     Video,
+    Recording, ///< of screen and camera
     Project,
 };
 
 /// Whether the name is that of a project file.
 bool isProjectFile(const std::string& input);
 
-/// Of a project by its name, else by content: a file that is no picture of a known format may be a video.
+/// Of a project by its name, else by content: a file that is no picture of a known format may be a video, or
+/// a recording if its name says so.
 /// `input` is a name that `refusalOf` has nothing against; the process must have started GDI+.
 InputKind inputKindOf(const std::string& input);
 
-/// The word for reports: "image", "pdf", "video" or "project".
+/// The word for reports: "image", "pdf", "video", "recording" or "project".
 const char* wordOf(InputKind kind, const std::string& input);
 
 /// Why no video could be decoded of that stream of a file; -1 is the one that a player would show.
