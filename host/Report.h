@@ -23,7 +23,7 @@ struct DeliveredFrame {
 struct ThumbReport {
     std::string input;
     std::string output;
-    std::string sourceKind; ///< "image", "pdf", "video", "project" or "animation"
+    std::string sourceKind; ///< "image", "pdf", "animation", "video", "recording" or "project"
     double seconds = 0;     ///< the time that was asked for
     int width = 0;          ///< of the written picture, in pixels
     int height = 0;

@@ -75,8 +75,8 @@ void addZoom(CLI::App& command, ThumbOptions& options) {
 
 void addThumbCommand(CLI::App& program, ExitStatus& status) {
     const auto options = std::make_shared<ThumbOptions>();
-    CLI::App* command =
-        program.add_subcommand("thumb", "Write one thumbnail of a picture, a document, a video or a project");
+    CLI::App* command = program.add_subcommand(
+        "thumb", "Write one thumbnail of a picture, a document, a video, a recording or a project");
     command->add_option("INPUT", options->input, "The file to show")->required();
     command
         ->add_option("-o,--output", options->output, "The picture to write: .png, .jpg, .jpeg, .gif or .bmp")

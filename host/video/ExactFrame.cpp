@@ -1,6 +1,7 @@
 #include "video/ExactFrame.h"
 
 #include "video/GifFrame.h"
+#include "video/RecordingPicture.h"
 #include "video/TimedFrames.h"
 #include "video/VideoFrames.h"
 
@@ -101,6 +102,11 @@ std::optional<Failure> makeFromGif(const ThumbnailRequest& request, ThumbReport&
     return save(*made.bitmap, request, report);
 }
 
+std::optional<Failure> makeFromRecording(const ThumbnailRequest& request, ThumbReport& report) {
+    const RecordingPicture picture = pictureOfRecording(request);
+    return picture.bitmap ? save(*picture.bitmap, request, report) : picture.failure;
+}
+
 /// Media shows its last frame after its end, as a decoder does; a project is over then.
 std::optional<Failure> refusalOfTime(const TimedFrames& frames, const ThumbnailRequest& request) {
     if (!frames.isProject() || timeOf(request) < frames.duration())
@@ -139,6 +145,8 @@ std::optional<Failure> makeThumbnail(const ThumbnailRequest& request, InputKind 
         return makeFromVideo(request, report);
     if (kind == InputKind::Animation && !view)
         return makeFromGif(request, report);
+    if (kind == InputKind::Recording && !view)
+        return makeFromRecording(request, report);
     const TimedFrames::Opened opened = TimedFrames::open(request.input);
     return opened.frames ? makeFromProject(*opened.frames, request, view, report) : opened.failure;
 }

@@ -26,7 +26,8 @@ std::optional<KestoRenderLib::Size> parseZoomSize(const std::string& text);
 std::string checkZoomPart(const std::string& text);
 std::string checkZoomSize(const std::string& text);
 
-/// Makes the thumbnail of the frame whose interval covers the request's time, and tells which one it was.
+/// Makes the thumbnail of the frame whose interval covers the request's time, and tells which one it was,
+/// save for a recording, whose screen and camera have frames of their own.
 /// With a view, `bounds` do not count. Requires: `refusalOf` has nothing against the request. The process
 /// must have started GDI+.
 ThumbReport exactThumbnail(const ThumbnailRequest& request, InputKind kind,

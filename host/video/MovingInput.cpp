@@ -4,6 +4,7 @@
 #include "Paths.h"
 #include "SourceKind.h"
 #include "video/GifFrame.h"
+#include "video/RecordingPicture.h"
 
 #include <KestoThumbnailer/ThumbnailDiagnosis.h>
 #include <KestoThumbnailer/platform/FrameCodecDiagnosis.h>
@@ -53,7 +54,9 @@ InputKind inputKindOf(const std::string& input) {
     const std::wstring path = *wideFromUtf8(input);
     if (isDocument(input) || isPicture(path))
         return InputKind::Still;
-    return diagnosedReason(path) == NoThumbnailReason::UnknownFormat ? InputKind::Video : InputKind::Still;
+    if (diagnosedReason(path) != NoThumbnailReason::UnknownFormat)
+        return InputKind::Still;
+    return isRecordingFile(input) ? InputKind::Recording : InputKind::Video;
 }
 
 bool asksForMoment(const ThumbnailRequest& request) {
@@ -70,6 +73,8 @@ const char* wordOf(InputKind kind, const std::string& input) {
         return sourceKindOf(input).word;
     case InputKind::Video:
         return "video";
+    case InputKind::Recording:
+        return "recording";
     case InputKind::Project:
         return "project";
     case InputKind::Animation:

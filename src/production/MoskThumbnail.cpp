@@ -32,8 +32,8 @@ boost::shared_ptr<MOSK::Reader> OpenRecording(const std::string& path) {
 BitmapPtr DecodeMoskTrackFrame(const boost::shared_ptr<MOSK::MP4TrackReader>& track, double time) {
     if (track->kind() != VideoTrack)
         return {};
-    const BitmapPtr bitmap(new Gdiplus::Bitmap(static_cast<INT>(track->width()),
-                                               static_cast<INT>(track->height()), PixelFormat32bppPARGB));
+    BitmapPtr bitmap(new Gdiplus::Bitmap(static_cast<INT>(track->width()), static_cast<INT>(track->height()),
+                                         PixelFormat32bppPARGB));
     if (!bitmap)
         return {};
     Gdiplus::BitmapData locked;
