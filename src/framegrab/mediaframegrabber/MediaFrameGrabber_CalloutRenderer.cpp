@@ -41,7 +41,8 @@ bool DrawsItself(const VectorNode& node) {
 
 } // namespace
 
-MediaFrameGrabber_CalloutRenderer::MediaFrameGrabber_CalloutRenderer(boost::shared_ptr<const Callout> drawn)
+MediaFrameGrabber_CalloutRenderer::MediaFrameGrabber_CalloutRenderer(
+    const boost::shared_ptr<const Callout>& drawn)
     : MediaFrameGrabber_CalloutRenderer(
           drawn,
           std::make_unique<CalloutDrawer>(drawn, boost::shared_ptr<KestoRenderLib::RenderObjectFactory>(),

@@ -12,7 +12,8 @@ namespace KestoThumbnailer {
 class MediaFrameGrabber_CalloutRenderer final : public IFrameGrabber {
 public:
     /// Throws std::invalid_argument for an empty pointer and for a callout without a drawing.
-    explicit MediaFrameGrabber_CalloutRenderer(boost::shared_ptr<const KestoMediaLib::Callout> callout);
+    explicit MediaFrameGrabber_CalloutRenderer(
+        const boost::shared_ptr<const KestoMediaLib::Callout>& callout);
     /// The same with a drawer made for it, without which it throws std::runtime_error.
     MediaFrameGrabber_CalloutRenderer(boost::shared_ptr<const KestoMediaLib::Callout> callout,
                                       std::unique_ptr<KestoRenderLib::CalloutDrawer> drawer);
