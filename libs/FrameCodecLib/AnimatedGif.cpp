@@ -2,14 +2,14 @@
 
 #include "engine/FileSource.h"
 #include "gif/Animation.h"
+#include "system/Environment.h"
 #include "system/PathResolver.h"
+#include "system/PixelBudget.h"
 
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-#include <charconv>
-#include <cstdlib>
-#include <cstring>
+#include <chrono>
 #include <limits>
 #include <new>
 #include <optional>
@@ -72,23 +72,13 @@ private:
     bool isLocked = false;
 };
 
-std::int64_t positiveFromEnvironment(const char* name, std::int64_t otherwise) {
-    const char* text = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody sets it
-    if (!text)
-        return otherwise;
-    std::int64_t value = 0;
-    const char* end = text + std::strlen(text);
-    const auto [rest, error] = std::from_chars(text, end, value);
-    return error == std::errc{} && rest == end && value > 0 ? value : otherwise;
-}
-
 GifBackend::Limits limitsFromEnvironment() {
-    constexpr std::int64_t usualPixels = 400'000'000;
     constexpr std::int64_t usualTimeInMs = 30'000;
     constexpr std::int64_t longestTimeInMs = 1'000'000'000;
-    return {static_cast<std::uint64_t>(positiveFromEnvironment("KESTO_PIXEL_BUDGET", usualPixels)),
-            std::chrono::milliseconds(std::min(
-                positiveFromEnvironment("KESTO_VIDEO_TIME_LIMIT_MS", usualTimeInMs), longestTimeInMs))};
+    const std::int64_t timeInMs =
+        SystemBackend::positiveFromEnvironment("KESTO_VIDEO_TIME_LIMIT_MS", usualTimeInMs);
+    return {static_cast<std::uint64_t>(SystemBackend::pixelBudget()),
+            std::chrono::milliseconds(std::min(timeInMs, longestTimeInMs))};
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "FrameCodecLib/Decoder.h"
+#include "FrameCodecLib/StillDecoder.h"
 
 #include "engine/EngineModule.h"
 
@@ -17,12 +18,19 @@ Decoder* openDecoder(const std::string& fileName, int streamIndex, int decodersA
     return reader ? new EngineDecoder(std::move(*reader)) : nullptr;
 }
 
-class EngineDecoderFactory : public DecoderFactory {
+bool isFirstStream(int streamIndex) {
+    return streamIndex < 1;
+}
+
+/// Pictures first: for them the engine need not be loaded.
+class AnyDecoderFactory : public DecoderFactory {
 public:
     Decoder* CreateDecoder(const std::string& fileName, int streamIndex, int decodersAtOnce) override {
         if (streamIndex < -1 || decodersAtOnce < 1)
             return nullptr;
         try {
+            if (auto still = isFirstStream(streamIndex) ? StillDecoder::open(fileName) : nullptr)
+                return still.release();
             return openDecoder(fileName, streamIndex, decodersAtOnce);
         } catch (const std::bad_alloc&) {
             return nullptr;
@@ -33,7 +41,7 @@ public:
 } // namespace
 
 DecoderFactory* DecoderFactory::Create() {
-    return new EngineDecoderFactory;
+    return new AnyDecoderFactory;
 }
 
 } // namespace FrameCodecLib

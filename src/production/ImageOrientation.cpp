@@ -1,7 +1,8 @@
 #include "production/ImageOrientation.h"
 
+#include "platform/UprightTurn.h"
+
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -11,13 +12,6 @@ namespace KestoThumbnailer {
 namespace {
 
 constexpr UINT longestItem = 999998;
-
-constexpr std::array<Gdiplus::RotateFlipType, 9> turnByOrientation = {
-    Gdiplus::RotateNoneFlipNone, // 0 is no orientation
-    Gdiplus::RotateNoneFlipNone, Gdiplus::RotateNoneFlipX,   Gdiplus::Rotate180FlipNone,
-    Gdiplus::Rotate180FlipX,     Gdiplus::Rotate90FlipX,     Gdiplus::Rotate90FlipNone,
-    Gdiplus::Rotate270FlipX,     Gdiplus::Rotate270FlipNone,
-};
 
 } // namespace
 
@@ -37,8 +31,7 @@ Gdiplus::RotateFlipType ReadOrientation(Gdiplus::Bitmap* bitmap) {
     std::uint16_t orientation = 0;
     if (item->length >= sizeof(orientation))
         std::memcpy(&orientation, item->value, sizeof(orientation));
-    return orientation < turnByOrientation.size() ? turnByOrientation[orientation]
-                                                  : Gdiplus::RotateNoneFlipNone;
+    return Gdiplus::TurnOfOrientation(orientation);
 }
 
 } // namespace KestoThumbnailer

@@ -2,38 +2,9 @@
 
 #include "KestoRenderLib/project/PathText.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdint>
-#include <cstring>
+#include "platform/UprightTurn.h"
 
 namespace KestoRenderLib {
-
-namespace {
-
-/// By the value of the tag (CIPA DC-008, Orientation); 0 is no orientation.
-constexpr std::array<Gdiplus::RotateFlipType, 9> turnByOrientation = {
-    Gdiplus::RotateNoneFlipNone, Gdiplus::RotateNoneFlipNone, Gdiplus::RotateNoneFlipX,
-    Gdiplus::Rotate180FlipNone,  Gdiplus::Rotate180FlipX,     Gdiplus::Rotate90FlipX,
-    Gdiplus::Rotate90FlipNone,   Gdiplus::Rotate270FlipX,     Gdiplus::Rotate270FlipNone,
-};
-
-Gdiplus::RotateFlipType turnOf(Gdiplus::Bitmap& bitmap) {
-    constexpr UINT longestItem = 64; // a tag of one number; a longer one is none
-    const UINT size = bitmap.GetPropertyItemSize(PropertyTagOrientation);
-    alignas(Gdiplus::PropertyItem) std::array<std::byte, longestItem> buffer{};
-    auto* item = reinterpret_cast<Gdiplus::PropertyItem*>(buffer.data());
-    if (size < sizeof(Gdiplus::PropertyItem) || size > longestItem ||
-        bitmap.GetPropertyItem(PropertyTagOrientation, size, item) != Gdiplus::Ok)
-        return Gdiplus::RotateNoneFlipNone;
-    std::uint16_t orientation = 0;
-    if (item->length >= sizeof orientation)
-        std::memcpy(&orientation, item->value, sizeof orientation);
-    return orientation < turnByOrientation.size() ? turnByOrientation[orientation]
-                                                  : Gdiplus::RotateNoneFlipNone;
-}
-
-} // namespace
 
 ImageSource::ImageSource(const std::string& path)
     : file(Gdiplus::Bitmap::FromFile(widePath(path).c_str(), /*useEmbeddedColorManagement=*/TRUE)) {
@@ -41,7 +12,8 @@ ImageSource::ImageSource(const std::string& path)
         file.reset();
         return;
     }
-    (void)file->RotateFlip(turnOf(*file)); // a picture that can't be turned is shown as it lies
+    (void)file->RotateFlip(
+        Gdiplus::UprightTurnOf(*file)); // a picture that can't be turned is shown as it lies
     upright = {static_cast<std::int32_t>(file->GetWidth()), static_cast<std::int32_t>(file->GetHeight())};
 }
 
