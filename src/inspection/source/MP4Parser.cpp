@@ -70,14 +70,7 @@ void MP4Parser::onTkhd(const AtomHeader& /*atom*/) {
 void MP4Parser::onHdlr(const AtomHeader& atom) {
     if (parent().type != "mdia")
         return;
-    readWord();
-    readType(); // of the component
-    const std::string subtype = readType();
-    readWord();
-    readWord();
-    readWord();
-    // Deliberate: 8 bytes more than the name has, beyond the end of the atom.
-    passOver(atom.size - 24);
+    const std::string subtype = readHandlerSubtype(atom);
     TrackRecord& track = currentTrack();
     if (subtype == "vide")
         track.kind = 0;

@@ -129,6 +129,19 @@ void MP4ParserBase::skip(std::uint64_t count) {
     seek(tell() + count);
 }
 
+std::string MP4ParserBase::readHandlerSubtype(const AtomHeader& hdlr) {
+    readWord();
+    readType(); // of the component
+    const std::string subtype = readType();
+    readWord();
+    readWord();
+    readWord();
+    // Deliberate: 8 bytes more than the name has, beyond the end of the atom.
+    passOver(hdlr.size - 24);
+    return subtype;
+}
+
+/// As reading these bytes would do, which are not needed: they have to lie within the file.
 void MP4ParserBase::passOver(std::uint64_t count) {
     const std::uint64_t position = tell();
     if (position > fileSize || count > fileSize - position)

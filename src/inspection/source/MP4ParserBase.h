@@ -56,8 +56,8 @@ protected:
     std::uint64_t readLong();
     std::string readType();
     void skip(std::uint64_t count);
-    /// As reading these bytes would do, which are not needed: they have to lie within the file.
-    void passOver(std::uint64_t count);
+    /// Of a `hdlr` atom, whose header was read: what kind of track it is in (ISO/IEC 14496-12, 8.4.3).
+    std::string readHandlerSubtype(const AtomHeader& hdlr);
     void seek(std::uint64_t position) { reader->seek(position); }
     std::uint64_t tell() { return reader->tell(); }
     void seekToEndOf(const AtomHeader& atom) { seek(atom.offset + atom.size); }
@@ -68,6 +68,7 @@ protected:
 private:
     template <class Number>
     Number readNumber();
+    void passOver(std::uint64_t count);
     void walk(std::uint64_t end);
 
     std::unique_ptr<IStreamReader> reader;

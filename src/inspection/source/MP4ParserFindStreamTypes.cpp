@@ -34,14 +34,7 @@ void MP4ParserFindStreamTypes::onStsd(const AtomHeader& /*atom*/) {
 void MP4ParserFindStreamTypes::onHdlr(const AtomHeader& atom) {
     if (parent().type != "mdia")
         return;
-    readWord();
-    readType(); // of the component
-    const std::string subtype = readType();
-    readWord();
-    readWord();
-    readWord();
-    // Deliberate: 8 bytes more than the name has, beyond the end of the atom.
-    passOver(atom.size - 24);
+    const std::string subtype = readHandlerSubtype(atom);
     trackType = subtype == "vide" ? 0 : subtype == "soun" ? 1 : 2;
 }
 
