@@ -39,11 +39,11 @@ public:
     static Gdiplus::Bitmap* GetThumbnailForImage(const std::wstring& path, int width, int height);
 
     /// The frame of a video at `time`, in seconds. The first that applies decides how it is made, and nothing
-    /// else is tried when that fails: by the extension, in any case, a "plumex" file has none, and a "gif" file
-    /// goes to `GetThumbnailForAnimatedGIF`; a "mosk" file, or a member of one, goes to `GetThumbnailForMosk`; a
-    /// "mov" file with a track of PNG files shows the still of that time, or null behind its end; a stream
-    /// inside a "plumex" file has none as yet; any other file is that of `GetThumbnailForFile`. `trackIndex` is
-    /// -1 where the path alone tells what is wanted.
+    /// else is tried when that fails: by the extension, in any case, a "plumex" file has none, and a "gif"
+    /// file goes to `GetThumbnailForAnimatedGIF`; a "mosk" file, or a member of one, goes to
+    /// `GetThumbnailForMosk`; a "mov" file with a track of PNG files shows the still of that time, or null
+    /// behind its end; a stream inside a "plumex" file has none as yet; any other file is that of
+    /// `GetThumbnailForFile`. `trackIndex` is -1 where the path alone tells what is wanted.
     static Gdiplus::Bitmap* GetThumbnailForVideo(const std::wstring& path, double time, int width, int height,
                                                  const boost::rational<unsigned long>& frameRate,
                                                  int trackIndex);
