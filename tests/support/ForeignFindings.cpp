@@ -10,6 +10,11 @@ extern "C" KESTO_EXPORT const char* __lsan_default_suppressions() {
     return "leak:x265_malloc\nleak:xmlParseEntityValue\nleak:libfontconfig\n";
 }
 
+// What was passed over is no message of the program's, which tests read.
+extern "C" KESTO_EXPORT const char* __lsan_default_options() {
+    return "print_suppressions=0";
+}
+
 // GLib's allocator, librsvg and FFmpeg lock and count references by means that the checker cannot see in
 // uninstrumented code.
 extern "C" KESTO_EXPORT const char* __tsan_default_suppressions() {
