@@ -18,7 +18,8 @@ extern "C" KESTO_EXPORT const char* __lsan_default_options() {
 // GLib's allocator, librsvg, FFmpeg and what draws letters lock and count references by means that the
 // checker cannot see in uninstrumented code.
 extern "C" KESTO_EXPORT const char* __tsan_default_suppressions() {
-    return "called_from_lib:libglib-2.0.so.0\ncalled_from_lib:librsvg-2.so.2\n"
+    return "called_from_lib:libglib-2.0.so.0\ncalled_from_lib:libgobject-2.0.so.0\n"
+           "called_from_lib:libgio-2.0.so.0\ncalled_from_lib:librsvg-2.so.2\n"
            "called_from_lib:libavutil.so\ncalled_from_lib:libavcodec.so\ncalled_from_lib:libavformat.so\n"
            "called_from_lib:libswscale.so\n"
            "called_from_lib:libfontconfig.so.1\ncalled_from_lib:libpango-1.0.so.0\n"
