@@ -42,13 +42,13 @@ int mustStop(void* deadline) noexcept {
     return static_cast<const Deadline*>(deadline)->isPassed() ? 1 : 0;
 }
 
-std::string textOf(int error) {
+} // namespace
+
+std::string textOfError(int error) {
     char text[AV_ERROR_MAX_STRING_SIZE] = {};
     av_strerror(error, text, sizeof text);
     return text;
 }
-
-} // namespace
 
 Result<FormatContextPtr> openContainer(AVIOContext& io, Deadline& limit, const std::string& name,
                                        const ContainerChoice& choice) {
@@ -68,7 +68,7 @@ Result<FormatContextPtr> openContainer(AVIOContext& io, Deadline& limit, const s
         return failure(ErrorKind::OutOfTime, fmt::format("{}: opening it took too long", name));
     if (status < 0)
         return failure(ErrorKind::NotMedia, fmt::format("{}: a container of video or audio is expected ({})",
-                                                        name, textOf(status)));
+                                                        name, textOfError(status)));
     return context;
 }
 

@@ -19,4 +19,7 @@ struct ContainerChoice {
 Result<FormatContextPtr> openContainer(AVIOContext& io, Deadline& limit, const std::string& name,
                                        const ContainerChoice& choice);
 
+/// What FFmpeg says of one of its negative results.
+std::string textOfError(int error);
+
 } // namespace EngineBackend

@@ -1,5 +1,6 @@
 #include "engine/ffmpeg/Remuxer.h"
 
+#include "engine/ffmpeg/OpenContainer.h"
 #include "engine/ffmpeg/SampleFormats.h"
 
 #include <fmt/format.h>
@@ -21,12 +22,6 @@ namespace EngineBackend {
 namespace {
 
 constexpr std::int64_t mostDataBytes = std::int64_t{256} << 20;
-
-std::string textOf(int error) {
-    char text[AV_ERROR_MAX_STRING_SIZE] = {};
-    av_strerror(error, text, sizeof text);
-    return text;
-}
 
 const char* shortNameOf(RemuxContainer container) {
     switch (container) {
@@ -298,7 +293,7 @@ tl::unexpected<Error> Remuxer::explain(const std::string& name, const std::strin
     if (place.hasFailed)
         return failure(ErrorKind::Unwritable, "the output can't be written");
     return failure(ErrorKind::Unsupported,
-                   fmt::format("{}: {} as {} ({})", name, what, output->oformat->name, textOf(status)));
+                   fmt::format("{}: {} as {} ({})", name, what, output->oformat->name, textOfError(status)));
 }
 
 } // namespace EngineBackend
