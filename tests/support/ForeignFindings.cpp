@@ -15,17 +15,19 @@ extern "C" KESTO_EXPORT const char* __lsan_default_options() {
     return "print_suppressions=0";
 }
 
-// GLib's allocator, librsvg, FFmpeg with the AV1 decoder's threads, and what draws letters lock and count
+// GLib's allocator, librsvg, FFmpeg, what draws letters, and codecs with threads of their own lock and count
 // references by means that the checker cannot see in uninstrumented code.
 extern "C" KESTO_EXPORT const char* __tsan_default_suppressions() {
     return "called_from_lib:libglib-2.0.so.0\ncalled_from_lib:libgobject-2.0.so.0\n"
            "called_from_lib:libgio-2.0.so.0\ncalled_from_lib:librsvg-2.so.2\n"
            "called_from_lib:libavutil.so\ncalled_from_lib:libavcodec.so\ncalled_from_lib:libavformat.so\n"
-           "called_from_lib:libswscale.so\ncalled_from_lib:libdav1d.so\n"
+           "called_from_lib:libswscale.so\n"
            "called_from_lib:libfontconfig.so.1\ncalled_from_lib:libpango-1.0.so.0\n"
            "called_from_lib:libpangoft2-1.0.so.0\ncalled_from_lib:libpangocairo-1.0.so.0\n"
            "called_from_lib:libharfbuzz.so.0\ncalled_from_lib:libcairo.so.2\n"
-           "called_from_lib:libfreetype.so.6\n";
+           "called_from_lib:libfreetype.so.6\n"
+           "called_from_lib:libaom.so\ncalled_from_lib:libdav1d.so\ncalled_from_lib:libde265.so\n"
+           "called_from_lib:libvpx.so\ncalled_from_lib:libx264.so\ncalled_from_lib:libx265.so\n";
 }
 
 // NOLINTEND(bugprone-reserved-identifier)
