@@ -131,6 +131,34 @@ TEST(LsCommand, ShowsTracksAsATable) {
     EXPECT_THAT(run.output, HasSubstr("\n    2  audio  microphone  mp4a    -"));
 }
 
+TEST(LsCommand, ListsTracksOfAMovieThatDoesNotBeginWithFtyp) {
+    const TestSupport::TempFolder folder;
+    const std::string whole = TestSupport::readFile(videoPath("with-audio.mp4"));
+    const std::string path = folder.write("old.mov", std::string(whole).replace(4, 4, "wide")).string();
+    const json report = json::parse(runProgram({"ls", path, "--json"}).output);
+    const json ordinary = json::parse(runProgram({"ls", videoPath("with-audio.mp4"), "--json"}).output);
+    EXPECT_EQ(report.at("container"), "mp4");
+    ASSERT_EQ(report.at("tracks").size(), 2U);
+    for (const char* key : {"index", "kind", "role", "format", "width", "height"})
+        for (const int track : {0, 1})
+            EXPECT_EQ(report.at("tracks").at(track).at(key), ordinary.at("tracks").at(track).at(key)) << key;
+}
+
+TEST(LsCommand, ListsTracksOfOtherContainers) {
+    const ProgramRun run = runProgram({"ls", videoPath("h264.mkv"), "--json"});
+    EXPECT_EQ(run.exitStatus, 0);
+    const json report = json::parse(run.output);
+    EXPECT_EQ(report.at("container"), "matroska");
+    EXPECT_EQ(report.at("tracks"), (json::array({{{"index", 0},
+                                                  {"kind", "video"},
+                                                  {"role", nullptr},
+                                                  {"format", "h264"},
+                                                  {"width", 128},
+                                                  {"height", 96},
+                                                  {"duration", report.at("tracks").at(0).at("duration")}}})));
+    EXPECT_NEAR(report.at("tracks").at(0).at("duration").get<double>(), 3.6, 0.05);
+}
+
 TEST(LsCommand, KeepsControlCharactersOfNamesFromTheTerminal) {
     const TestSupport::TempFolder folder;
     const ProgramRun run = runProgram({"ls", plumex(folder, {{L"a\033[2Jb", 1}})});
@@ -148,6 +176,9 @@ TEST(LsCommand, SaysWhichFileFailedAndWhatWasExpected) {
     EXPECT_EQ(reasonFor(folder / "folder.plumex"), "unreadable");
     const std::string whole = TestSupport::readFile(plumex(folder, {{L"Audio.wav", 10'000}}));
     EXPECT_EQ(reasonFor(folder.write("cut.plumex", whole.substr(0, 3000)).string(), "damaged"), "damaged");
+    const std::string movie = TestSupport::readFile(videoPath("h264.mp4"));
+    EXPECT_EQ(reasonFor(folder.write("cut.mp4", movie.substr(0, movie.size() / 2)).string(), "ends before"),
+              "truncated");
 }
 
 TEST(LsCommand, IsRefusedWithoutAFile) {
