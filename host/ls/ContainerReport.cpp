@@ -1,5 +1,7 @@
 #include "ls/ContainerReport.h"
 
+#include "Paths.h"
+
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -33,17 +35,15 @@ bool hasPicture(const ContainerPart& part) {
     return part.width > 0 && part.height > 0;
 }
 
+bool isControl(wchar_t character) {
+    return character < 0x20 || (character >= 0x7F && character < 0xA0);
+}
+
 /// What a terminal may show.
 std::string printable(const std::string& text) {
-    std::string shown;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7F)
-            shown += "\xEF\xBF\xBD";
-        else
-            shown += c;
-    }
-    return shown;
+    std::wstring shown = wideWithReplacements(text);
+    std::replace_if(shown.begin(), shown.end(), isControl, L'\uFFFD');
+    return utf8FromWide(shown);
 }
 
 std::string orDash(const std::string& text) {

@@ -166,6 +166,25 @@ TEST(LsCommand, KeepsControlCharactersOfNamesFromTheTerminal) {
     EXPECT_THAT(run.output, HasSubstr("a\xEF\xBF\xBD[2Jb"));
 }
 
+TEST(LsCommand, KeepsControlCharactersBeyondAsciiFromTheTerminalToo) {
+    const TestSupport::TempFolder folder;
+    const ProgramRun run = runProgram({"ls", plumex(folder, {{L"a\u009B2Jb\u00E9", 1}})});
+    EXPECT_THAT(run.output, HasSubstr("a\xEF\xBF\xBD"
+                                      "2Jb\xC3\xA9"));
+}
+
+TEST(LsCommand, KeepsBytesOfATracksFormatFromTheTerminal) {
+    const TestSupport::TempFolder folder;
+    std::string bytes = TestSupport::readFile(videoPath("h264.mp4"));
+    bytes.replace(bytes.rfind("avc1"), 4, "\033c\x9B\xFF");
+    const std::string path = folder.write("odd.mp4", bytes).string();
+    const std::string replacement = "\xEF\xBF\xBD";
+    EXPECT_THAT(runProgram({"ls", path}).output,
+                HasSubstr(replacement + 'c' + replacement + replacement + "    128x96"));
+    const json report = json::parse(runProgram({"ls", path, "--json"}).output);
+    EXPECT_EQ(report.at("tracks").at(0).at("format"), "\033c" + replacement + replacement);
+}
+
 TEST(LsCommand, SaysWhichFileFailedAndWhatWasExpected) {
     const TestSupport::TempFolder folder;
     EXPECT_EQ(reasonFor(folder / "missing.plumex", "no such file"), "missing");
