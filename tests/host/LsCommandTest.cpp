@@ -159,6 +159,16 @@ TEST(LsCommand, ListsTracksOfOtherContainers) {
     EXPECT_NEAR(report.at("tracks").at(0).at("duration").get<double>(), 3.6, 0.05);
 }
 
+TEST(LsCommand, TakesANameForThatOfANumberedMemberOnlyWithItsDigit) {
+    const TestSupport::TempFolder folder;
+    const std::string path = plumex(folder, {{L"Svideo.mp4", 1}, {L"Svideo10.mp4", 1}});
+    const json report = json::parse(runProgram({"ls", path, "--json"}).output);
+    std::vector<std::string> kinds;
+    for (const json& member : report.at("members"))
+        kinds.push_back(member.at("kind"));
+    EXPECT_EQ(kinds, (std::vector<std::string>{"folder", "data", "video"}));
+}
+
 TEST(LsCommand, KeepsControlCharactersOfNamesFromTheTerminal) {
     const TestSupport::TempFolder folder;
     const ProgramRun run = runProgram({"ls", plumex(folder, {{L"a\033[2Jb", 1}})});
