@@ -64,11 +64,13 @@ StreamListing ListStreams(const std::string& fileName) {
     if (!file)
         return {};
     const std::string format = (*file)->format();
+    const bool isMp4 = isMp4Family(format);
     StreamListing listing{wordFor(format), {}};
     for (const StreamFacts& facts : withoutCovers((*file)->streams()))
-        listing.streams.push_back(listed(facts, isMp4Family(format)));
-    // Of a header that is cut there may be streams of which nothing is known.
-    return std::any_of(listing.streams.begin(), listing.streams.end(), hasFormat) ? listing : StreamListing{};
+        listing.streams.push_back(listed(facts, isMp4));
+    if (isMp4 && std::none_of(listing.streams.begin(), listing.streams.end(), hasFormat))
+        return {}; // the header is cut in its first track
+    return listing.streams.empty() ? StreamListing() : listing;
 }
 
 } // namespace FrameCodecLib

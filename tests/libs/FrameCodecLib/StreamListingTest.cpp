@@ -64,6 +64,14 @@ TEST(ListStreams, LeavesOutACover) {
     EXPECT_EQ(listing.streams[0].content, StreamContent::Audio);
 }
 
+TEST(ListStreams, IsEmptyForAMovieThatIsCutInItsFirstTrack) {
+    const TestSupport::TempFolder folder;
+    const std::string whole = TestSupport::readFile(videoPath("h264.mp4"));
+    const std::size_t track = whole.find("trak", whole.rfind("moov"));
+    for (const std::size_t more : {4, 100, 200, 300})
+        EXPECT_EQ(textOf(ListStreams(folder.write("cut.mp4", whole.substr(0, track + more)))), "") << more;
+}
+
 TEST(ListStreams, IsEmptyForWhatIsNoMediaFile) {
     const TestSupport::TempFolder folder;
     for (const std::filesystem::path& file :
