@@ -62,8 +62,9 @@ Failure failureOfMedia(const std::string& input) {
     case NoDecoderReason::Damaged:
     case NoDecoderReason::TooLarge:
     case NoDecoderReason::OutOfTime:
-    case NoDecoderReason::Unavailable:
         break;
+    case NoDecoderReason::Unavailable: // the sentence names what is missing
+        return {"unavailable", fmt::format("{}: cannot be looked into: {}", input, diagnosis.sentence)};
     }
     return {FrameCodecLib::WordForReason(diagnosis.reason), diagnosis.sentence};
 }

@@ -131,6 +131,24 @@ TEST(LsCommand, ShowsTracksAsATable) {
     EXPECT_THAT(run.output, HasSubstr("\n    2  audio  microphone  mp4a    -"));
 }
 
+/// Whether listing a file loads FFmpeg, as the dynamic linker tells.
+bool loadsFfmpeg(const std::string& path) {
+    const TestSupport::TempFolder folder;
+    const ProgramRun run = runProgram(
+        {"ls", path}, {.environment = {"LD_DEBUG=files", "LD_DEBUG_OUTPUT=" + (folder / "log").string()}});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    std::string log;
+    for (const auto& entry : std::filesystem::directory_iterator(folder / ""))
+        log += TestSupport::readFile(entry.path());
+    return log.find("libavformat") != std::string::npos;
+}
+
+TEST(LsCommand, LoadsFfmpegOnlyForWhatTheHeadersOfAnMp4FileDoNotTell) {
+    EXPECT_FALSE(loadsFfmpeg(videoPath("with-audio.mp4")));
+    EXPECT_TRUE(loadsFfmpeg(videoPath("fragmented.mp4")));
+    EXPECT_TRUE(loadsFfmpeg(videoPath("h264.mkv")));
+}
+
 TEST(LsCommand, ListsTracksOfAMovieThatDoesNotBeginWithFtyp) {
     const TestSupport::TempFolder folder;
     const std::string whole = TestSupport::readFile(videoPath("with-audio.mp4"));
