@@ -33,7 +33,7 @@ void checkMatrix(const DisplayMatrix& matrix) {
 void checkStreamTypes(const std::string& bytes) {
     MP4ParserFindStreamTypes parser(std::make_unique<MemoryReader>(bytes));
     walk(parser);
-    require(parser.streamTypes().size() <= MP4ParserFindStreamTypes::mostTracks);
+    require(parser.streamTypes().size() <= MP4ParserBase::mostTracks);
     for (const StreamTypeRecord& stream : parser.streamTypes()) {
         require(stream.trackType >= 0 && stream.trackType <= 2);
         require(stream.format.empty() || stream.format.size() == 4);
@@ -44,6 +44,7 @@ void checkTracks(const std::string& bytes) {
     DSMediaDetNS::MP4Parser parser(std::make_unique<MemoryReader>(bytes));
     walk(parser);
     checkMatrix(parser.movieMatrix());
+    require(parser.tracks().size() <= MP4ParserBase::mostTracks);
     for (const TrackRecord& track : parser.tracks()) {
         require(track.kind >= 0 && track.kind <= 2);
         require(track.width <= 0xFFFF && track.height <= 0xFFFF && track.volume <= 0xFF);

@@ -34,7 +34,8 @@ ExitStatus runLs(const LsOptions& options) {
 void addLsCommand(CLI::App& program, ExitStatus& status) {
     const auto options = std::make_shared<LsOptions>();
     CLI::App* command = program.add_subcommand("ls", "List the members or tracks of a container");
-    command->add_option("FILE", options->input, "A .plumex, .mosk, MP4 or MOV file")->required();
+    command->add_option("FILE", options->input, "A .plumex or .mosk recording, or a video or sound file")
+        ->required();
     command->add_flag("--json", options->json, "List as one JSON object on standard output");
     command->callback([options, &status] { status = runLs(*options); });
 }

@@ -8,6 +8,9 @@ namespace KestoHost {
 /// `path` as the library takes it; nothing when its bytes are not UTF-8 (RFC 3629).
 std::optional<std::wstring> wideFromUtf8(const std::string& path);
 
+/// Bytes that are not UTF-8 become U+FFFD.
+std::wstring wideWithReplacements(const std::string& text);
+
 /// What is no character becomes U+FFFD.
 std::string utf8FromWide(const std::wstring& text);
 

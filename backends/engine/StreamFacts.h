@@ -63,4 +63,12 @@ struct StreamFacts {
     AudioFacts audio; ///< for audio alone
 };
 
+/// The characters of `codecTag`, which may be any bytes; empty when there are none.
+inline std::string codecTagText(const StreamFacts& stream) {
+    std::string text;
+    for (unsigned shift = 0; stream.codecTag != 0 && shift < 32; shift += 8)
+        text += static_cast<char>(stream.codecTag >> shift & 0xFFU);
+    return text;
+}
+
 } // namespace EngineBackend

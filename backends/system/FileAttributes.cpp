@@ -11,11 +11,13 @@ namespace {
 constexpr unsigned lowBits = 32;
 
 FILETIME fileTimeOf(const struct timespec& time) {
-    constexpr std::int64_t secondsFrom1601To1970 = 11'644'473'600;
-    constexpr std::int64_t unitsPerSecond = 10'000'000;
+    constexpr std::uint64_t secondsFrom1601To1970 = 11'644'473'600;
+    constexpr std::uint64_t unitsPerSecond = 10'000'000;
     constexpr std::int64_t nanosecondsPerUnit = 100;
-    const auto units = static_cast<std::uint64_t>((time.tv_sec + secondsFrom1601To1970) * unitsPerSecond +
-                                                  time.tv_nsec / nanosecondsPerUnit);
+    // A file may claim any time; one that no such number holds wraps, and still differs from others.
+    const std::uint64_t units =
+        (static_cast<std::uint64_t>(time.tv_sec) + secondsFrom1601To1970) * unitsPerSecond +
+        static_cast<std::uint64_t>(time.tv_nsec / nanosecondsPerUnit);
     return {static_cast<DWORD>(units), static_cast<DWORD>(units >> lowBits)};
 }
 

@@ -1,10 +1,10 @@
 #include "ls/ContainerContents.h"
 
-#include "LetterCase.h"
 #include "Paths.h"
 #include "ls/MemberRole.h"
 
 #include <KestoThumbnailer/ContainerListing.h>
+#include <KestoThumbnailer/platform/FrameCodecDiagnosis.h>
 #include <KestoThumbnailer/platform/StructuredStorage.h>
 
 #include <fmt/format.h>
@@ -40,11 +40,33 @@ Failure failureOfStorage(const std::string& input, HRESULT result) {
 }
 
 Failure noContainer(const std::string& input) {
-    return {
-        "no-container",
-        fmt::format("{}: no container; a compound file (.plumex) or an MP4, MOV or .mosk file with tracks "
-                    "is expected",
-                    input)};
+    return {"no-container",
+            fmt::format("{}: no container; a compound file (.plumex), or a video, recording (.mosk) or sound "
+                        "with tracks is expected",
+                        input)};
+}
+
+/// Why a file that is there has no tracks.
+Failure failureOfMedia(const std::string& input) {
+    using FrameCodecLib::NoDecoderReason;
+    const FrameCodecLib::DecoderDiagnosis diagnosis =
+        FrameCodecLib::DiagnoseDecoder(input, /*streamIndex=*/-1);
+    switch (diagnosis.reason) {
+    case NoDecoderReason::NothingWrong:
+    case NoDecoderReason::UnknownFormat:
+    case NoDecoderReason::NoVideo:
+    case NoDecoderReason::Unsupported:
+        return noContainer(input);
+    case NoDecoderReason::Unreadable:
+    case NoDecoderReason::Truncated:
+    case NoDecoderReason::Damaged:
+    case NoDecoderReason::TooLarge:
+    case NoDecoderReason::OutOfTime:
+        break;
+    case NoDecoderReason::Unavailable: // the sentence names what is missing
+        return {"unavailable", fmt::format("{}: cannot be looked into: {}", input, diagnosis.sentence)};
+    }
+    return {FrameCodecLib::WordForReason(diagnosis.reason), diagnosis.sentence};
 }
 
 std::vector<ContainerPart> membersOf(IStorage& storage) {
@@ -73,19 +95,25 @@ const char* roleOf(std::int32_t recordedFrom) {
     return recordedFrom >= 100 && recordedFrom < 104 ? roles[recordedFrom - 100] : "";
 }
 
-std::vector<ContainerPart> tracksOf(const std::wstring& path) {
-    std::vector<ContainerPart> tracks;
-    for (const KestoThumbnailer::ListedTrack& track : KestoThumbnailer::ListTracks(path)) {
-        ContainerPart& part = tracks.emplace_back();
-        part.kind = kindOf(track.kind);
-        part.role = roleOf(track.recordedFrom);
-        part.format = track.format;
-        part.width = static_cast<int>(track.width);
-        part.height = static_cast<int>(track.height);
-        if (track.seconds >= 0)
-            part.seconds = track.seconds;
-    }
-    return tracks;
+ContainerPart describeTrack(const KestoThumbnailer::ListedTrack& track) {
+    ContainerPart part;
+    part.kind = kindOf(track.kind);
+    part.role = roleOf(track.recordedFrom);
+    part.format = track.format;
+    part.width = static_cast<int>(track.width);
+    part.height = static_cast<int>(track.height);
+    if (track.seconds >= 0)
+        part.seconds = track.seconds;
+    return part;
+}
+
+void listTracks(const std::wstring& path, ContainerContents& contents) {
+    const KestoThumbnailer::TrackListing listing = KestoThumbnailer::ListTracks(path);
+    contents.container = listing.container;
+    for (const KestoThumbnailer::ListedTrack& track : listing.tracks)
+        contents.parts.push_back(describeTrack(track));
+    if (contents.parts.empty())
+        contents.failure = failureOfMedia(contents.input);
 }
 
 } // namespace
@@ -102,13 +130,11 @@ ContainerContents contentsOf(const std::string& input) {
                                             nullptr, nullptr, IID_IStorage, &object);
     const Reference<IStorage> storage(static_cast<IStorage*>(object));
     if (storage) {
-        contents.kind = ContainerKind::Compound;
+        contents.container = "plumex";
+        contents.partKind = PartKind::Members;
         contents.parts = membersOf(*storage);
     } else if (opened == STG_E_FILEALREADYEXISTS) { // it is there, but no compound file
-        contents.kind = lowerCase(input).ends_with(".mosk") ? ContainerKind::Recording : ContainerKind::Movie;
-        contents.parts = tracksOf(*path);
-        if (contents.parts.empty())
-            contents.failure = noContainer(input);
+        listTracks(*path, contents);
     } else {
         contents.failure = failureOfStorage(input, opened);
     }

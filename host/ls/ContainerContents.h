@@ -15,20 +15,20 @@ struct ContainerPart {
     std::string kind = {}; ///< "video", "audio", "data" or "folder"
     /// What was recorded: "screen", "camera", "microphone", "system", "events" or "manifest".
     std::string role = {};
-    std::string format = {};                ///< of a track four characters, of a member its extension
+    std::string format = {};                ///< of a track its samples', of a member its extension
     std::optional<std::uint64_t> size = {}; ///< of a member, in bytes
     int width = 0;                          ///< of a track, in pixels
     int height = 0;
     std::optional<double> seconds = {}; ///< of a track
 };
 
-enum class ContainerKind { Compound, Recording, Movie };
+enum class PartKind { Members, Tracks };
 
 struct ContainerContents {
     std::string input = {};
-    ContainerKind kind = ContainerKind::Movie;
-    /// Members of a compound file; tracks of any other, in their order.
-    std::vector<ContainerPart> parts = {};
+    std::string container = {}; ///< "plumex", or as the library calls it, such as "mp4" or "matroska"
+    PartKind partKind = PartKind::Tracks;
+    std::vector<ContainerPart> parts = {}; ///< tracks in their order
     std::optional<Failure> failure = {};
 };
 

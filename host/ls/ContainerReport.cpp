@@ -1,5 +1,7 @@
 #include "ls/ContainerReport.h"
 
+#include "Paths.h"
+
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -29,33 +31,19 @@ constexpr Column trackColumns[] = {{"TRACK", Align::Right},  {"KIND", Align::Lef
                                    {"ROLE", Align::Left},    {"FORMAT", Align::Left},
                                    {"PICTURE", Align::Left}, {"DURATION", Align::Right}};
 
-const char* wordFor(ContainerKind kind) {
-    switch (kind) {
-    case ContainerKind::Compound:
-        return "plumex";
-    case ContainerKind::Recording:
-        return "mosk";
-    case ContainerKind::Movie:
-        return "mp4";
-    }
-    return "";
-}
-
 bool hasPicture(const ContainerPart& part) {
     return part.width > 0 && part.height > 0;
 }
 
+bool isControl(wchar_t character) {
+    return character < 0x20 || (character >= 0x7F && character < 0xA0);
+}
+
 /// What a terminal may show.
 std::string printable(const std::string& text) {
-    std::string shown;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7F)
-            shown += "\xEF\xBF\xBD";
-        else
-            shown += c;
-    }
-    return shown;
+    std::wstring shown = wideWithReplacements(text);
+    std::replace_if(shown.begin(), shown.end(), isControl, L'\uFFFD');
+    return utf8FromWide(shown);
 }
 
 std::string orDash(const std::string& text) {
@@ -135,7 +123,7 @@ Json trackObject(const ContainerPart& part, std::size_t index) {
 
 std::string tableText(const ContainerContents& contents) {
     std::vector<Row> rows;
-    const bool hasMembers = contents.kind == ContainerKind::Compound;
+    const bool hasMembers = contents.partKind == PartKind::Members;
     for (const ContainerPart& part : contents.parts)
         rows.push_back(hasMembers ? memberRow(part) : trackRow(part, rows.size()));
     return hasMembers ? tableOf(memberColumns, rows) : tableOf(trackColumns, rows);
@@ -147,11 +135,11 @@ std::string jsonText(const ContainerContents& contents) {
         object["reason"] = contents.failure->reason;
         object["message"] = contents.failure->message;
     } else {
-        const bool hasMembers = contents.kind == ContainerKind::Compound;
+        const bool hasMembers = contents.partKind == PartKind::Members;
         Json parts = Json::array();
         for (const ContainerPart& part : contents.parts)
             parts.push_back(hasMembers ? memberObject(part) : trackObject(part, parts.size()));
-        object["container"] = wordFor(contents.kind);
+        object["container"] = contents.container;
         object[hasMembers ? "members" : "tracks"] = std::move(parts);
     }
     return object.dump(2, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace);

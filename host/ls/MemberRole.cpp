@@ -33,6 +33,14 @@ std::string formatOf(const std::string& name) {
     return dot == std::string::npos ? "" : name.substr(dot + 1);
 }
 
+/// `rest` is a name without its first letter.
+bool isNumbered(std::string_view rest, const NamePattern& pattern) {
+    if (!rest.starts_with(pattern.prefix) || !rest.ends_with(pattern.suffix))
+        return false;
+    const char digit = rest[pattern.prefix.size()]; // behind it at least the suffix follows
+    return digit >= '0' && digit <= '9';
+}
+
 /// The letter in front of a numbered member's name.
 const char* roleOfLetter(char letter) {
     return letter == 'S' ? "screen" : letter == 'C' ? "camera" : "";
@@ -51,7 +59,7 @@ ContainerPart describeMember(const std::string& name) {
     }
     const std::string_view rest = std::string_view(name).substr(name.empty() ? 0 : 1);
     for (const NamePattern& pattern : patterns) {
-        if (!rest.starts_with(pattern.prefix) || !rest.ends_with(pattern.suffix))
+        if (!isNumbered(rest, pattern))
             continue;
         member.kind = pattern.kind;
         member.role = roleOfLetter(name[0]);

@@ -57,12 +57,7 @@ StreamKind kindOf(TrackRole role) {
 }
 
 std::string formatOf(const StreamFacts& track) {
-    if (track.codecTag == 0)
-        return {};
-    std::string format;
-    for (unsigned shift = 0; shift < 32; shift += 8)
-        format += static_cast<char>(track.codecTag >> shift & 0xFFU);
-    return format;
+    return codecTagText(track);
 }
 
 TrackRole roleOf(const StreamFacts& track) {

@@ -131,11 +131,86 @@ TEST(LsCommand, ShowsTracksAsATable) {
     EXPECT_THAT(run.output, HasSubstr("\n    2  audio  microphone  mp4a    -"));
 }
 
+/// Whether listing a file loads FFmpeg, as the dynamic linker tells.
+bool loadsFfmpeg(const std::string& path) {
+    const TestSupport::TempFolder folder;
+    const ProgramRun run = runProgram(
+        {"ls", path}, {.environment = {"LD_DEBUG=files", "LD_DEBUG_OUTPUT=" + (folder / "log").string()}});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    std::string log;
+    for (const auto& entry : std::filesystem::directory_iterator(folder / ""))
+        log += TestSupport::readFile(entry.path());
+    return log.find("libavformat") != std::string::npos;
+}
+
+TEST(LsCommand, LoadsFfmpegOnlyForWhatTheHeadersOfAnMp4FileDoNotTell) {
+    EXPECT_FALSE(loadsFfmpeg(videoPath("with-audio.mp4")));
+    EXPECT_TRUE(loadsFfmpeg(videoPath("fragmented.mp4")));
+    EXPECT_TRUE(loadsFfmpeg(videoPath("h264.mkv")));
+}
+
+TEST(LsCommand, ListsTracksOfAMovieThatDoesNotBeginWithFtyp) {
+    const TestSupport::TempFolder folder;
+    const std::string whole = TestSupport::readFile(videoPath("with-audio.mp4"));
+    const std::string path = folder.write("old.mov", std::string(whole).replace(4, 4, "wide")).string();
+    const json report = json::parse(runProgram({"ls", path, "--json"}).output);
+    const json ordinary = json::parse(runProgram({"ls", videoPath("with-audio.mp4"), "--json"}).output);
+    EXPECT_EQ(report.at("container"), "mp4");
+    ASSERT_EQ(report.at("tracks").size(), 2U);
+    for (const char* key : {"index", "kind", "role", "format", "width", "height"})
+        for (const int track : {0, 1})
+            EXPECT_EQ(report.at("tracks").at(track).at(key), ordinary.at("tracks").at(track).at(key)) << key;
+}
+
+TEST(LsCommand, ListsTracksOfOtherContainers) {
+    const ProgramRun run = runProgram({"ls", videoPath("h264.mkv"), "--json"});
+    EXPECT_EQ(run.exitStatus, 0);
+    const json report = json::parse(run.output);
+    EXPECT_EQ(report.at("container"), "matroska");
+    EXPECT_EQ(report.at("tracks"), (json::array({{{"index", 0},
+                                                  {"kind", "video"},
+                                                  {"role", nullptr},
+                                                  {"format", "h264"},
+                                                  {"width", 128},
+                                                  {"height", 96},
+                                                  {"duration", report.at("tracks").at(0).at("duration")}}})));
+    EXPECT_NEAR(report.at("tracks").at(0).at("duration").get<double>(), 3.6, 0.05);
+}
+
+TEST(LsCommand, TakesANameForThatOfANumberedMemberOnlyWithItsDigit) {
+    const TestSupport::TempFolder folder;
+    const std::string path = plumex(folder, {{L"Svideo.mp4", 1}, {L"Svideo10.mp4", 1}});
+    const json report = json::parse(runProgram({"ls", path, "--json"}).output);
+    std::vector<std::string> kinds;
+    for (const json& member : report.at("members"))
+        kinds.push_back(member.at("kind"));
+    EXPECT_EQ(kinds, (std::vector<std::string>{"folder", "data", "video"}));
+}
+
 TEST(LsCommand, KeepsControlCharactersOfNamesFromTheTerminal) {
     const TestSupport::TempFolder folder;
     const ProgramRun run = runProgram({"ls", plumex(folder, {{L"a\033[2Jb", 1}})});
     EXPECT_EQ(run.output.find('\033'), std::string::npos);
     EXPECT_THAT(run.output, HasSubstr("a\xEF\xBF\xBD[2Jb"));
+}
+
+TEST(LsCommand, KeepsControlCharactersBeyondAsciiFromTheTerminalToo) {
+    const TestSupport::TempFolder folder;
+    const ProgramRun run = runProgram({"ls", plumex(folder, {{L"a\u009B2Jb\u00E9", 1}})});
+    EXPECT_THAT(run.output, HasSubstr("a\xEF\xBF\xBD"
+                                      "2Jb\xC3\xA9"));
+}
+
+TEST(LsCommand, KeepsBytesOfATracksFormatFromTheTerminal) {
+    const TestSupport::TempFolder folder;
+    std::string bytes = TestSupport::readFile(videoPath("h264.mp4"));
+    bytes.replace(bytes.rfind("avc1"), 4, "\033c\x9B\xFF");
+    const std::string path = folder.write("odd.mp4", bytes).string();
+    const std::string replacement = "\xEF\xBF\xBD";
+    EXPECT_THAT(runProgram({"ls", path}).output,
+                HasSubstr(replacement + 'c' + replacement + replacement + "    128x96"));
+    const json report = json::parse(runProgram({"ls", path, "--json"}).output);
+    EXPECT_EQ(report.at("tracks").at(0).at("format"), "\033c" + replacement + replacement);
 }
 
 TEST(LsCommand, SaysWhichFileFailedAndWhatWasExpected) {
@@ -148,6 +223,9 @@ TEST(LsCommand, SaysWhichFileFailedAndWhatWasExpected) {
     EXPECT_EQ(reasonFor(folder / "folder.plumex"), "unreadable");
     const std::string whole = TestSupport::readFile(plumex(folder, {{L"Audio.wav", 10'000}}));
     EXPECT_EQ(reasonFor(folder.write("cut.plumex", whole.substr(0, 3000)).string(), "damaged"), "damaged");
+    const std::string movie = TestSupport::readFile(videoPath("h264.mp4"));
+    EXPECT_EQ(reasonFor(folder.write("cut.mp4", movie.substr(0, movie.size() / 2)).string(), "ends before"),
+              "truncated");
 }
 
 TEST(LsCommand, IsRefusedWithoutAFile) {

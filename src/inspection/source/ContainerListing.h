@@ -19,8 +19,17 @@ struct ListedTrack {
     double seconds = -1; ///< its duration; below 0 when the file does not tell
 };
 
-/// The tracks of an MP4, MOV or `.mosk` file in their order, without decoding: of a damaged one those before
-/// the damage, none of any other file. Any thread.
-KESTO_EXPORT std::vector<ListedTrack> ListTracks(const std::wstring& path);
+struct TrackListing {
+    /// "mp4", also of a MOV file, "mosk", or the short name of another container, such as "matroska"; empty
+    /// without tracks.
+    std::string container;
+    std::vector<ListedTrack> tracks; ///< in the order of the file
+};
+
+/// What a media file holds, without decoding. The headers of an MP4, MOV or `.mosk` file are walked, of a
+/// damaged one up to the damage. Any other file is opened as for decoding, which takes longer and loads all
+/// that decoding needs; so is one that does not begin with `ftyp`, or whose headers do not tell how long it
+/// lasts. Without tracks for a file that can't be read. Any thread.
+KESTO_EXPORT TrackListing ListTracks(const std::wstring& path);
 
 } // namespace KestoThumbnailer

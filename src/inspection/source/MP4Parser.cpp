@@ -1,5 +1,7 @@
 #include "inspection/source/MP4Parser.h"
 
+#include "inspection/source/DSExceptions.h"
+
 #include <algorithm>
 #include <array>
 
@@ -64,6 +66,8 @@ void MP4Parser::onTkhd(const AtomHeader& /*atom*/) {
     readShort();
     track.height = readShort();
     readShort();
+    if (found.size() == mostTracks)
+        throw MP4ParseException();
     found.push_back(track);
 }
 

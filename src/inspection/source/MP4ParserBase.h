@@ -33,6 +33,8 @@ public:
     static constexpr std::uint32_t mostAtoms = 1U << 24;
     static constexpr std::uint32_t mostAtomsReadAgain = 1U << 12;
     static constexpr int mostLevels = 64;
+    /// A file may consist of headers of tracks, and what is kept of each takes more memory than it has bytes.
+    static constexpr std::size_t mostTracks = 1U << 14;
 
 protected:
     /// Two blanks for each level of depth.

@@ -11,10 +11,6 @@ public:
     /// Of each track in its order; also after `parse` has thrown.
     const std::vector<StreamTypeRecord>& streamTypes() const { return found; }
 
-    /// As the limits of the base: a file may consist of empty tracks, and each costs more memory than it has
-    /// bytes.
-    static constexpr std::size_t mostTracks = 1U << 14;
-
 protected:
     bool isContainer(const std::string& type) const override;
     void onAtomBegin(const AtomHeader& atom) override;

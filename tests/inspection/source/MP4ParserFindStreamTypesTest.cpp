@@ -139,11 +139,11 @@ TEST(MP4ParserFindStreamTypes, FindsOfAFileCutAtAnyByteTheTracksBeforeTheCut) {
 
 TEST(MP4ParserFindStreamTypes, EndsInAFileOfNothingButTracks) {
     std::string bytes;
-    for (std::size_t count = 0; count <= MP4ParserFindStreamTypes::mostTracks; ++count)
+    for (std::size_t count = 0; count <= MP4ParserBase::mostTracks; ++count)
         bytes += atom("trak");
     MP4ParserFindStreamTypes parser(std::make_unique<MemoryReader>(bytes));
     EXPECT_THROW(parser.parse(L""), MP4ParseException);
-    EXPECT_EQ(parser.streamTypes().size(), MP4ParserFindStreamTypes::mostTracks);
+    EXPECT_EQ(parser.streamTypes().size(), MP4ParserBase::mostTracks);
 }
 
 TEST(FindStreamTypes, GivesTheTracksOfAFile) {

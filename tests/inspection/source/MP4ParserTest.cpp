@@ -317,6 +317,16 @@ TEST(MP4Parser, EndsAtANameOfManyGibibytesWithoutReadingIt) {
                   End::Thrown);
 }
 
+TEST(MP4Parser, EndsInAFileOfNothingButHeadersOfTracks) {
+    // Each says that it ends where the next one begins, in the midst of its own fields.
+    std::string bytes = ftyp();
+    for (std::size_t count = 0; count <= MP4ParserBase::mostTracks; ++count)
+        bytes += atom("tkhd");
+    const Parsed found = parsed(bytes + zeros(100));
+    EXPECT_EQ(found.end, End::Thrown);
+    EXPECT_EQ(found.tracks.size(), MP4ParserBase::mostTracks);
+}
+
 TEST(MP4Parser, KeepsWhatItFoundOfAFileCutAtAnyByte) {
     const std::string description = stsd(1, videoEntry("avc1", 16, 8, pasp(4, 3)));
     const std::string whole =
