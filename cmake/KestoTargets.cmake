@@ -138,7 +138,7 @@ function(kesto_tests name)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(${target} PRIVATE GTest::gmock GTest::gtest_main ${arg_LINKS})
     include(GoogleTest)
-    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
 endfunction()
 
 # kesto_bench(<name> SOURCES ... LINKS <target>...): one program of measurements, `<name>_bench`.
