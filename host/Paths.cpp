@@ -17,6 +17,13 @@ namespace KestoHost {
 
 namespace {
 
+/// Under any spelling that the library forgives.
+bool isThere(const std::string& path) {
+    return GetFileAttributesW(wideWithReplacements(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+} // namespace
+
 std::wstring wideWithReplacements(const std::string& text) {
     const int length = static_cast<int>(text.size());
     const int units = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0);
@@ -24,13 +31,6 @@ std::wstring wideWithReplacements(const std::string& text) {
     MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), units);
     return wide;
 }
-
-/// Under any spelling that the library forgives.
-bool isThere(const std::string& path) {
-    return GetFileAttributesW(wideWithReplacements(path).c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
-} // namespace
 
 std::string utf8FromWide(const std::wstring& text) {
     const int length = static_cast<int>(text.size());

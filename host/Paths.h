@@ -8,7 +8,9 @@ namespace KestoHost {
 /// `path` as the library takes it; nothing when its bytes are not UTF-8 (RFC 3629).
 std::optional<std::wstring> wideFromUtf8(const std::string& path);
 
-/// What is no character becomes U+FFFD.
+// What is no character becomes U+FFFD.
+
+std::wstring wideWithReplacements(const std::string& text);
 std::string utf8FromWide(const std::wstring& text);
 
 /// One text for all spellings of a name that the library takes for one: either slash, and any case of ASCII

@@ -1,5 +1,7 @@
 #include "ls/ContainerReport.h"
 
+#include "Paths.h"
+
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -47,15 +49,10 @@ bool hasPicture(const ContainerPart& part) {
 
 /// What a terminal may show.
 std::string printable(const std::string& text) {
-    std::string shown;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7F)
-            shown += "\xEF\xBF\xBD";
-        else
-            shown += c;
-    }
-    return shown;
+    std::wstring shown = wideWithReplacements(text);
+    const auto isControl = [](wchar_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); };
+    std::replace_if(shown.begin(), shown.end(), isControl, L'\uFFFD');
+    return utf8FromWide(shown);
 }
 
 std::string orDash(const std::string& text) {

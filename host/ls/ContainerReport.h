@@ -4,8 +4,8 @@
 
 namespace KestoHost {
 
-/// A table for people with a line for each part, in aligned columns. Control characters of names become
-/// U+FFFD, so that none reaches the terminal.
+/// A table for people with a line for each part, in aligned columns. Control characters of names, and
+/// bytes that are not UTF-8, become U+FFFD, so that none reaches the terminal.
 std::string tableText(const ContainerContents& contents);
 
 /// The one object of `--json`. Bytes that are not UTF-8 become U+FFFD.

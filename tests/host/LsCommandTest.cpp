@@ -138,6 +138,14 @@ TEST(LsCommand, KeepsControlCharactersOfNamesFromTheTerminal) {
     EXPECT_THAT(run.output, HasSubstr("a\xEF\xBF\xBD[2Jb"));
 }
 
+TEST(LsCommand, KeepsControlCharactersThatAreNotAsciiFromTheTerminal) {
+    const TestSupport::TempFolder folder;
+    const ProgramRun run = runProgram({"ls", plumex(folder, {{L"a\u009B2Jb", 1}, {L"\u00A0\u00E9", 1}})});
+    EXPECT_THAT(run.output, HasSubstr("a\xEF\xBF\xBD"
+                                      "2Jb"));
+    EXPECT_THAT(run.output, HasSubstr("\n\xC2\xA0\xC3\xA9 "));
+}
+
 TEST(LsCommand, SaysWhichFileFailedAndWhatWasExpected) {
     const TestSupport::TempFolder folder;
     EXPECT_EQ(reasonFor(folder / "missing.plumex", "no such file"), "missing");
