@@ -69,8 +69,11 @@ std::string whyNotWritable(const std::string& output) {
     const std::filesystem::path path(output);
     const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
     std::error_code error;
-    if (std::filesystem::is_directory(path, error))
+    const std::filesystem::file_status there = std::filesystem::status(path, error);
+    if (std::filesystem::is_directory(there))
         return "there is a folder of that name";
+    if (std::filesystem::exists(there) && !std::filesystem::is_regular_file(there))
+        return "there is a pipe or a device of that name";
     if (!std::filesystem::is_directory(folder, error))
         return fmt::format("there is no folder \"{}\"", folder.string());
     if (::access(folder.c_str(), W_OK | X_OK) != 0)

@@ -31,6 +31,13 @@ fs::path unusedNameBeside(const fs::path& target) {
     return name;
 }
 
+/// A pipe or a device would be lost for all who use it.
+bool isReplaceable(const std::string& target) {
+    std::error_code error; // what can't be asked for is not there
+    const fs::file_status there = fs::status(target, error);
+    return !fs::exists(there) || fs::is_regular_file(there);
+}
+
 } // namespace
 
 WholeFiles::~WholeFiles() {
@@ -53,6 +60,9 @@ bool WholeFiles::write(const std::string& target, const std::string& content) {
 }
 
 std::string WholeFiles::commit() {
+    for (const Pending& file : pending)
+        if (!isReplaceable(file.target))
+            return file.target;
     while (!pending.empty()) {
         std::error_code error;
         fs::rename(pending.front().written, pending.front().target, error);

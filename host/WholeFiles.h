@@ -19,8 +19,8 @@ public:
     /// Writes a whole file. False when that fails.
     bool write(const std::string& target, const std::string& content);
 
-    /// Replaces what the targets were. The first one that can't be replaced is given and ends it; empty when
-    /// all are.
+    /// Replaces what the targets were. The first one that can't be replaced, such as a device, is given and
+    /// ends it; empty when all are.
     std::string commit();
 
 private:

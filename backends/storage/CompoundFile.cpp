@@ -26,11 +26,9 @@ CompoundFile::CompoundFile(std::shared_ptr<const SectorFile> opened)
 
 Result<void> CompoundFile::readDirectory() {
     SectorChain directory(file, file->header().firstDirectorySector);
-    const auto length = directory.findLength();
+    const auto length = directory.findLength(largestElementCount * sizeof(DirectoryEntry));
     if (!length)
         return tl::unexpected(length.error());
-    if (*length / sizeof(DirectoryEntry) > largestElementCount)
-        return tl::unexpected(STG_E_INSUFFICIENTMEMORY);
     std::vector<DirectoryEntry> entries(static_cast<std::size_t>(*length / sizeof(DirectoryEntry)));
     if (auto read = directory.read(0, std::as_writable_bytes(std::span(entries))); !read)
         return read;

@@ -31,7 +31,7 @@ bool NameOrder::operator()(const std::u16string& left, const std::u16string& rig
 }
 
 CompoundWriter::CompoundWriter(const std::string& path, std::uint32_t sectorShift)
-    : file(path)
+    : file(path, SystemBackend::AtomicFile::Writing::AtPlaces)
     , shift(sectorShift) {
     put(0, std::vector<std::byte>(sectorSize())); // whether it can be written at all shows now
 }

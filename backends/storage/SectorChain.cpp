@@ -31,8 +31,8 @@ Result<void> SectorChain::read(std::uint64_t offset, std::span<std::byte> out) {
     return {};
 }
 
-Result<std::uint64_t> SectorChain::findLength() {
-    for (;;) {
+Result<std::uint64_t> SectorChain::findLength(std::uint64_t most) {
+    while (known * sectorFile->sectorSize() <= most) {
         const auto next = behindLast();
         if (!next)
             return tl::unexpected(next.error());
@@ -41,6 +41,7 @@ Result<std::uint64_t> SectorChain::findLength() {
         if (auto appended = append(*next); !appended)
             return tl::unexpected(appended.error());
     }
+    return tl::unexpected(STG_E_INSUFFICIENTMEMORY);
 }
 
 Result<void> SectorChain::extendTo(std::uint64_t sectors) {

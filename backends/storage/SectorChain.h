@@ -14,8 +14,8 @@ public:
 
     /// Fills `out`. `STG_E_DOCFILECORRUPT` when the chain ends before, leads out of the file or into itself.
     Result<void> read(std::uint64_t offset, std::span<std::byte> out);
-    /// Goes to the end; the chain's length in bytes.
-    Result<std::uint64_t> findLength();
+    /// Goes to the end; the chain's length in bytes. `STG_E_INSUFFICIENTMEMORY` for more than `most`.
+    Result<std::uint64_t> findLength(std::uint64_t most);
 
     const std::shared_ptr<const SectorFile>& file() const { return sectorFile; }
 

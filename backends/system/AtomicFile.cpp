@@ -87,7 +87,7 @@ std::string nameBeside(const std::string& target) {
 
 } // namespace
 
-AtomicFile::AtomicFile(const std::string& path)
+AtomicFile::AtomicFile(const std::string& path, Writing writing)
     : target(path) {
     struct stat old {};
     // Following links here lets the kernel refuse those that it distrusts before they are followed by hand.
@@ -100,7 +100,10 @@ AtomicFile::AtomicFile(const std::string& path)
     }
     const auto destination = destinationOf(path);
     if (!destination || (exists && !S_ISREG(old.st_mode))) {
-        openDirectly();
+        if (writing == Writing::InOrder)
+            openDirectly();
+        else
+            firstError = ESPIPE;
         return;
     }
     target = *destination;

@@ -21,9 +21,14 @@ namespace SystemBackend {
 /// /dev) is written directly, at its end. One thread at a time.
 class KESTO_EXPORT AtomicFile {
 public:
+    enum class Writing {
+        InOrder,  ///< with `write` alone
+        AtPlaces, ///< what has no places fails with ESPIPE, unopened: a pipe would wait for its reader
+    };
+
     /// Opens the file to be written. `path` is a resolved one; see `resolvePathForWriting`. A folder fails
     /// with EISDIR.
-    explicit AtomicFile(const std::string& path);
+    explicit AtomicFile(const std::string& path, Writing writing = Writing::InOrder);
     ~AtomicFile();
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;

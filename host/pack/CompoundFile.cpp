@@ -1,14 +1,9 @@
 #include "pack/CompoundFile.h"
 
 #include "Paths.h"
-#include "ThumbnailRequest.h"
 
 #include <fmt/format.h>
 
-#include <cerrno>
-#include <filesystem>
-#include <fstream>
-#include <system_error>
 #include <vector>
 
 namespace KestoHost {
@@ -19,17 +14,32 @@ constexpr DWORD modeOfFile = STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE
 constexpr DWORD modeOfStream = STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE;
 constexpr std::size_t bytesAtOnce = std::size_t{1} << 20;
 
-/// Sectors of 512 bytes, which every reader of such files knows, hold streams of less than 2 GiB.
-STGOPTIONS optionsFor(std::uintmax_t largestStream) {
-    constexpr std::uintmax_t mostInSmallSectors = std::uintmax_t{1} << 31;
-    return {.usVersion = 1, .reserved = 0, .ulSectorSize = largestStream < mostInSmallSectors ? 512U : 4096U};
+/// Sectors of 512 bytes, which every reader of such files knows, but not all in files of 2 GiB or more.
+STGOPTIONS optionsFor(std::uint64_t bytes) {
+    constexpr std::uint64_t mostInSmallSectors = 2'000'000'000; // leaves room for the tables
+    return {.usVersion = 1, .reserved = 0, .ulSectorSize = bytes < mostInSmallSectors ? 512U : 4096U};
+}
+
+std::string whyFailed(const std::string& output, HRESULT result) {
+    if (std::string why = whyNotWritable(output); !why.empty())
+        return why;
+    switch (result) {
+    case STG_E_ACCESSDENIED:
+        return "it is no regular file, or may not be written";
+    case STG_E_MEDIUMFULL:
+        return "there is no room left for it";
+    case STG_E_INSUFFICIENTMEMORY:
+        return "there is not enough memory";
+    default:
+        return fmt::format("the result is {:#010x}", static_cast<std::uint32_t>(result));
+    }
 }
 
 } // namespace
 
-CompoundFile::CompoundFile(const std::string& path, std::uintmax_t largestStream)
+CompoundFile::CompoundFile(const std::string& path, std::uint64_t bytes)
     : output(path) {
-    STGOPTIONS options = optionsFor(largestStream);
+    STGOPTIONS options = optionsFor(bytes);
     void* made = nullptr;
     if (check(StgCreateStorageEx(wideFromUtf8(path)->c_str(), modeOfFile, STGFMT_DOCFILE, 0, &options,
                                  nullptr, IID_IStorage, &made)))
@@ -43,27 +53,19 @@ CompoundFile::StreamPtr CompoundFile::addStream(const std::string& name) {
     return StreamPtr(made);
 }
 
-std::optional<std::uint64_t> CompoundFile::addFile(const std::string& name, const std::string& file) {
+std::optional<std::uint64_t> CompoundFile::addFile(const std::string& name, InputFile& file) {
     const StreamPtr stream = addStream(name);
     if (!stream)
         return std::nullopt;
-    std::error_code error; // what can't be asked for is not regular
-    if (std::filesystem::exists(file, error) && !std::filesystem::is_regular_file(file, error)) {
-        firstFailure = Failure{"unreadable", fmt::format("\"{}\" is not a regular file.", file)};
-        return std::nullopt;
-    }
-    errno = 0;
-    std::ifstream in(file, std::ios::binary);
     std::vector<char> bytes(bytesAtOnce);
     std::uint64_t total = 0;
-    while (in.read(bytes.data(), static_cast<std::streamsize>(bytes.size())) || in.gcount() > 0) {
-        if (!check(stream->Write(bytes.data(), static_cast<ULONG>(in.gcount()), nullptr)))
+    while (const std::size_t count = file.read(bytes)) {
+        if (!check(stream->Write(bytes.data(), static_cast<ULONG>(count), nullptr)))
             return std::nullopt;
-        total += static_cast<std::uint64_t>(in.gcount());
+        total += count;
     }
-    if (!in.eof()) {
-        firstFailure = Failure{"unreadable", fmt::format("\"{}\" can't be read: {}.", file,
-                                                         std::generic_category().message(errno))};
+    if (file.failure()) {
+        firstFailure = file.failure();
         return std::nullopt;
     }
     return total;
@@ -81,8 +83,8 @@ bool CompoundFile::commit() {
 bool CompoundFile::check(HRESULT result) {
     if (result >= 0)
         return true;
-    firstFailure = unwritten(output);
-    firstFailure->message += fmt::format(" (result {:#010x})", static_cast<std::uint32_t>(result));
+    firstFailure = Failure{"not-written",
+                           fmt::format("\"{}\" can't be written: {}.", output, whyFailed(output, result))};
     return false;
 }
 

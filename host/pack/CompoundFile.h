@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Report.h"
+#include "pack/InputFile.h"
 
 #include <KestoThumbnailer/platform/StructuredStorage.h>
 
@@ -14,11 +15,11 @@ namespace KestoHost {
 /// A new compound file with streams in its root. After the first failure it takes nothing more.
 class CompoundFile {
 public:
-    /// `largestStream` is in bytes: streams of more than 2 GiB want larger sectors. `path` is valid UTF-8.
-    CompoundFile(const std::string& path, std::uintmax_t largestStream);
+    /// `bytes` of all streams together: large files want large sectors. `path` is valid UTF-8.
+    CompoundFile(const std::string& path, std::uint64_t bytes);
 
     /// A stream of all bytes of a file, whose number is given; nothing after a failure.
-    std::optional<std::uint64_t> addFile(const std::string& name, const std::string& file);
+    std::optional<std::uint64_t> addFile(const std::string& name, InputFile& file);
     bool addText(const std::string& name, const std::string& text);
     /// Makes the file appear.
     bool commit();

@@ -1,8 +1,8 @@
 #include "pack/PlumexWriter.h"
 
-#include "ThumbnailRequest.h"
 #include "WholeFiles.h"
 #include "pack/CompoundFile.h"
+#include "pack/InputFile.h"
 #include "pack/Manifest.h"
 
 #include <KestoThumbnailer/platform/RecordingWriter.h>
@@ -12,8 +12,8 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <memory>
 #include <optional>
-#include <system_error>
 
 namespace KestoHost {
 
@@ -42,27 +42,40 @@ const Member& memberOf(const PackPart& part) {
 /// What is to become a member, in the member's container.
 struct Ready {
     PackedPart packed;
-    std::string file;
+    std::unique_ptr<InputFile> file; ///< null after a failure
 };
 
+/// Puts the input into the member's container, in a file that has lost its name already: however the program
+/// ends, nothing of it stays.
+std::unique_ptr<InputFile> convert(const PackPart& part, const Member& member, const std::string& output,
+                                   std::optional<Failure>& failure) {
+    WholeFiles temporary; // never commits
+    const std::string file = temporary.pathFor((fs::path(output).parent_path() / member.name).string());
+    const MOSK::WriteResult result = MOSK::WriteMemberFile(part.input, *member.container, file);
+    if (result.isWritten)
+        return std::make_unique<InputFile>(file);
+    failure = Failure{result.reason, result.message};
+    if (result.reason == "not-written") // the message names the temporary file
+        failure->message = fmt::format("\"{}\" can't be written: {}", output, result.message);
+    return nullptr;
+}
+
 /// A failure goes into `failure`.
-Ready makeReady(const PackPart& part, const std::string& output, WholeFiles& temporary,
-                std::optional<Failure>& failure) {
+Ready makeReady(const PackPart& part, const std::string& output, std::optional<Failure>& failure) {
     const Member& member = memberOf(part);
-    if (!member.container || MOSK::IsMemberFile(part.input, *member.container))
-        return {{part, member.name, /*isCopied=*/true}, part.input};
-    const std::string beside = (fs::path(output).parent_path() / member.name).string();
-    Ready ready = {{part, member.name, /*isCopied=*/false}, temporary.pathFor(beside)};
-    const MOSK::WriteResult result = MOSK::WriteMemberFile(part.input, *member.container, ready.file);
-    if (!result.isWritten)
-        failure = Failure{result.reason, result.message};
+    const bool isCopied = !member.container || MOSK::IsMemberFile(part.input, *member.container);
+    Ready ready = {{part, member.name, isCopied},
+                   isCopied ? std::make_unique<InputFile>(part.input)
+                            : convert(part, member, output, failure)};
+    if (ready.file && ready.file->failure())
+        failure = ready.file->failure();
     return ready;
 }
 
 std::optional<Failure> fill(CompoundFile& file, const std::vector<Ready>& all) {
     std::vector<ManifestStream> streams;
     for (const Ready& ready : all) {
-        const auto bytes = file.addFile(ready.packed.member, ready.file);
+        const auto bytes = file.addFile(ready.packed.member, *ready.file);
         if (!bytes)
             return file.failure();
         streams.push_back({ready.packed.part.role, ready.packed.member, *bytes});
@@ -72,28 +85,20 @@ std::optional<Failure> fill(CompoundFile& file, const std::vector<Ready>& all) {
     return std::nullopt;
 }
 
-/// As large as the file is by now; 0 for one that can't be asked.
-std::uintmax_t sizeOf(const Ready& ready) {
-    std::error_code error;
-    const std::uintmax_t size = fs::file_size(ready.file, error);
-    return error ? 0 : size;
-}
-
 } // namespace
 
 void writePlumex(const std::vector<PackPart>& parts, PackReport& report) {
-    WholeFiles temporary; // removed at the end, for it never commits
     std::vector<Ready> all;
     for (const PackPart& part : parts) {
-        all.push_back(makeReady(part, report.output, temporary, report.failure));
+        all.push_back(makeReady(part, report.output, report.failure));
         if (report.failure)
             return;
         report.parts.push_back(all.back().packed);
     }
-    std::uintmax_t largest = 0;
+    std::uint64_t bytes = 0;
     for (const Ready& ready : all)
-        largest = std::max(largest, sizeOf(ready));
-    CompoundFile file(report.output, largest);
+        bytes += ready.file->size();
+    CompoundFile file(report.output, bytes);
     report.failure = fill(file, all);
 }
 

@@ -13,7 +13,7 @@ namespace MOSK {
 class FileTarget : public EngineBackend::IByteTarget {
 public:
     explicit FileTarget(const std::string& path)
-        : file(SystemBackend::resolvePathForWriting(path)) {}
+        : file(SystemBackend::resolvePathForWriting(path), SystemBackend::AtomicFile::Writing::AtPlaces) {}
 
     bool writeAt(std::int64_t place, std::span<const std::byte> bytes) override {
         return file.writeAt(place, bytes);

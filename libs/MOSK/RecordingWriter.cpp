@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <new>
 #include <system_error>
 
@@ -96,6 +97,11 @@ Result<RemuxJob> planRecording(const std::vector<NewTrack>& tracks, const std::s
     return job;
 }
 
+std::string whyUnwritable(int error) {
+    return error == ESPIPE ? "a pipe or a device; a regular file is expected"
+                           : std::generic_category().message(error);
+}
+
 Result<RemuxOutcome> writeFile(RemuxJob job, const std::string& outputPath) {
     const auto loaded = engine();
     if (!loaded)
@@ -103,7 +109,7 @@ Result<RemuxOutcome> writeFile(RemuxJob job, const std::string& outputPath) {
     FileTarget target(outputPath);
     const auto refuse = [&] {
         return failure(ErrorKind::Unwritable,
-                       fmt::format("{}: {}", outputPath, std::generic_category().message(target.error())));
+                       fmt::format("{}: {}", outputPath, whyUnwritable(target.error())));
     };
     if (!target.good())
         return refuse();

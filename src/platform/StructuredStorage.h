@@ -107,8 +107,8 @@ KESTO_EXPORT HRESULT StgOpenStorageEx(const WCHAR* path, DWORD mode, DWORD forma
                                       void** object);
 
 /// Begins a new compound file, which takes the place of another one with `STGM_CREATE` alone, and by `Commit`
-/// alone. `options` may be null for sectors of 512 bytes: each stream then has at most 2 GiB; with 4096 it
-/// has 16 TiB. Streams go to the disk as they are written, but for those below 4096 bytes.
+/// alone. `options` may be null for sectors of 512 bytes: each stream then has at most 2 GiB; with 4096 the
+/// file has 8 TiB. Streams go to the disk as they are written, but for those below 4096 bytes.
 ///
 /// `STG_E_FILEALREADYEXISTS`, `STG_E_PATHNOTFOUND`, `STG_E_ACCESSDENIED`, `STG_E_MEDIUMFULL`; the last two
 /// and `STG_E_WRITEFAULT` come from writing and committing too.

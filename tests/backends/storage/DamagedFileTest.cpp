@@ -2,6 +2,7 @@
 #include "storage/CompoundFormat.h"
 
 #include <cstring>
+#include <filesystem>
 #include <functional>
 
 using namespace StorageBackend;
@@ -204,4 +205,34 @@ TEST(DeepTree, OfManyElementsInOneLineIsRead) {
         std::memcpy(bytes.data() + place + offsetof(DirectoryEntry, left), links, sizeof links);
     }
     EXPECT_EQ(namesIn(*openStorage(folder.file("deep", bytes))).size(), count);
+}
+
+TEST(LongDirectory, IsGivenUpBehindAMillionElementsWhateverFollows) {
+    constexpr std::uint32_t tables = 33;
+    constexpr std::uint32_t directorySectors = (1U << 20U) / 32 + 1;
+    Header header = {};
+    header.signature = signature;
+    header.majorVersion = 4;
+    header.byteOrder = 0xFFFE;
+    header.sectorShift = 12;
+    header.miniSectorShift = 6;
+    header.miniStreamCutoff = miniStreamCutoff;
+    header.fatSectors = tables;
+    header.firstDirectorySector = tables;
+    header.firstMiniFatSector = header.firstDifatSector = endOfChain;
+    std::vector<std::uint32_t> table(std::size_t{tables} * 1024, freeSector);
+    for (std::uint32_t sector = 0; sector < tables; ++sector) {
+        header.difat[sector] = sector;
+        table[sector] = fatSector;
+    }
+    for (std::uint32_t sector = tables; sector < tables + directorySectors; ++sector)
+        table[sector] = sector + 1; // the last leads out of the file
+    std::string bytes(4096, '\0');
+    std::memcpy(bytes.data(), &header, sizeof header);
+    bytes.append(reinterpret_cast<const char*>(table.data()), table.size() * 4);
+    const TempFolder folder;
+    const std::string path = folder.file("long", bytes);
+    std::filesystem::resize_file(path, (1 + std::uint64_t{tables} + directorySectors) * 4096);
+    StoragePtr storage;
+    EXPECT_EQ(openResult(path, storage), STG_E_INSUFFICIENTMEMORY);
 }

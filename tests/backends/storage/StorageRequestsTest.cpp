@@ -158,6 +158,8 @@ TEST_F(StorageRequests, CreateWhereTheyMay) {
     EXPECT_EQ(created(folder / "no/such/file", forWriting), STG_E_PATHNOTFOUND);
     EXPECT_EQ(created(folder.folder("folder"), forWriting), STG_E_ACCESSDENIED);
     EXPECT_EQ(created("/dev/null", forWriting), STG_E_ACCESSDENIED);
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(created(folder / "pipe", forWriting), STG_E_ACCESSDENIED) << "without waiting for a reader";
     EXPECT_EQ(created(folder / "new", STGM_READ), STG_E_INVALIDFLAG);
     EXPECT_EQ(created(folder / "new", forWriting, STGFMT_STORAGE, 4096), STG_E_INVALIDPARAMETER);
     EXPECT_EQ(created(folder / "new", forWriting, STGFMT_DOCFILE, 1024), STG_E_INVALIDPARAMETER);

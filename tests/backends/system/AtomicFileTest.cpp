@@ -102,6 +102,16 @@ TEST(AtomicFile, ThatIsAPipeHasNoPlaces) {
     EXPECT_EQ(file.error(), ESPIPE);
 }
 
+TEST(AtomicFile, ThatIsWrittenAtPlacesDoesNotOpenAPipe) {
+    const TempFolder temp;
+    const std::string pipe = temp / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    AtomicFile file(pipe, AtomicFile::Writing::AtPlaces);
+    EXPECT_EQ(file.error(), ESPIPE);
+    EXPECT_FALSE(file.commit());
+    EXPECT_TRUE(fs::is_fifo(pipe));
+}
+
 TEST(AtomicFile, MayBeEmpty) {
     const TempFolder temp;
     EXPECT_TRUE(writeWhole(temp / "a.png", ""));

@@ -8,6 +8,7 @@
 
 #include <sys/stat.h>
 
+using testing::AnyOf;
 using testing::HasSubstr;
 
 namespace {
@@ -61,6 +62,24 @@ TEST_P(PackFailure, TellsWhyTheOutputCannotBeWritten) {
     const ProgramRun run = runProgram({"pack", "--screen", screen, "-o", inNoFolder});
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_THAT(run.errors, HasSubstr(inNoFolder));
+}
+
+TEST_P(PackFailure, LeavesAPipeAloneWithoutWaitingForItsReader) {
+    ASSERT_EQ(::mkfifo(output().c_str(), 0600), 0);
+    const ProgramRun run = runProgram({"pack", "--screen", screen, "-o", output()});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.errors, HasSubstr("\"" + output() + "\" can't be written: there is a pipe"));
+    EXPECT_TRUE(std::filesystem::is_fifo(output()));
+}
+
+TEST_P(PackFailure, TellsThatThereIsNoRoomAndLeavesNothing) {
+    // A limit to the size of files is met as a full disk is.
+    const std::vector<std::string> limited = {"sh", "-c", "trap '' XFSZ; ulimit -f 8; exec \"$@\"", "sh"};
+    const ProgramRun run = runProgram({"pack", "--screen", screen, "-o", output()}, {.before = limited});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.errors, HasSubstr(output()));
+    EXPECT_THAT(run.errors, AnyOf(HasSubstr("no room left"), HasSubstr("File too large")));
+    EXPECT_TRUE(std::filesystem::is_empty(folder / ""));
 }
 
 TEST_P(PackFailure, NeverReplacesAnInput) {

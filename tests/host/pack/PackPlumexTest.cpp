@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <map>
 
 using testing::ElementsAre;
@@ -102,6 +103,16 @@ TEST_F(PackPlumex, PutsOtherFilesIntoTheContainersOfTheMembers) {
     EXPECT_THAT(MOSK::videoNumberAt(folder.write("c.wmv", members.at("Camera_Stream.wmv")), 1),
                 Optional(125));
     EXPECT_EQ(members.at("Audio.wav").substr(0, 4), "RIFF");
+}
+
+TEST_F(PackPlumex, FindsItsInputsInAnyLetterCaseAndWithEitherSlash) {
+    folder.write("Events.DAT", "cursor 1 2");
+    std::string events = (folder / "eVENTS.dat").string();
+    std::replace(events.begin() + 1, events.end(), '/', '\\');
+    const ProgramRun run =
+        runProgram({"pack", "--screen", videoPath("mjpeg.avi"), "--events", events, "-o", output});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    EXPECT_EQ(membersOf(output)["Events.dat"], "cursor 1 2");
 }
 
 TEST_F(PackPlumex, LeavesNothingBesideTheRecording) {

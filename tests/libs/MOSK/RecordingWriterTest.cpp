@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+#include <sys/stat.h>
+
 using testing::HasSubstr;
 using testing::Optional;
 
@@ -190,6 +192,13 @@ TEST_F(RecordingWriter, TellsWhichOutputCannotBeWritten) {
     const WriteResult result = WriteRecording({{videoPath("h264.mp4"), 100}}, "", inNoFolder);
     EXPECT_EQ(result.reason, "not-written");
     EXPECT_THAT(result.message, HasSubstr(inNoFolder));
+}
+
+TEST_F(RecordingWriter, DoesNotWaitForTheReaderOfAPipe) {
+    ASSERT_EQ(::mkfifo(output.c_str(), 0600), 0);
+    const WriteResult result = WriteRecording({{videoPath("h264.mp4"), 100}}, "", output);
+    EXPECT_EQ(result.reason, "not-written");
+    EXPECT_EQ(result.message, output + ": a pipe or a device; a regular file is expected");
 }
 
 struct MemberCase {
