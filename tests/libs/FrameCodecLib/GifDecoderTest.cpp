@@ -12,18 +12,6 @@ namespace FrameCodecLib {
 namespace {
 
 using TestSupport::GifFile;
-using TestSupport::GifFrame;
-
-GifFrame lasting(int index, int delay) {
-    GifFrame frame = fullOf(index, 2, 1);
-    frame.delay = delay;
-    return frame;
-}
-
-/// Red for 0.3 s, green for 0.2 s, blue for 0.5 s.
-GifFile threeColours() {
-    return GifFile(2, 1, fourColours).frame(lasting(r, 30)).frame(lasting(g, 20)).frame(lasting(b, 50));
-}
 
 class GifDecoding : public ::testing::Test {
 protected:
@@ -45,20 +33,20 @@ protected:
 TEST_F(GifDecoding, AFrameIsShownUntilBeforeItsEnd) {
     const auto decoder = decoderOf(threeColours());
     ASSERT_TRUE(decoder);
-    EXPECT_EQ(shownAt(*decoder, 0), "rr");
-    EXPECT_EQ(shownAt(*decoder, Time(299'999'999, 1'000'000'000)), "rr");
-    EXPECT_EQ(shownAt(*decoder, Time(3, 10)), "gg");
-    EXPECT_EQ(shownAt(*decoder, Time(1, 2)), "bb");
-    EXPECT_EQ(shownAt(*decoder, Time(1, 3)), "gg");
+    EXPECT_EQ(shownAt(*decoder, 0), "r");
+    EXPECT_EQ(shownAt(*decoder, Time(299'999'999, 1'000'000'000)), "r");
+    EXPECT_EQ(shownAt(*decoder, Time(3, 10)), "g");
+    EXPECT_EQ(shownAt(*decoder, Time(1, 2)), "b");
+    EXPECT_EQ(shownAt(*decoder, Time(1, 3)), "g");
 }
 
 TEST_F(GifDecoding, OutsideTheOnePassThereAreItsFirstAndLastFrames) {
     const auto decoder = decoderOf(threeColours().loops(0));
     ASSERT_TRUE(decoder);
-    EXPECT_EQ(shownAt(*decoder, -1), "rr");
-    EXPECT_EQ(shownAt(*decoder, 1), "bb");
-    EXPECT_EQ(shownAt(*decoder, Time(11, 10)), "bb");
-    EXPECT_EQ(shownAt(*decoder, 1'000'000'000'000), "bb");
+    EXPECT_EQ(shownAt(*decoder, -1), "r");
+    EXPECT_EQ(shownAt(*decoder, 1), "b");
+    EXPECT_EQ(shownAt(*decoder, Time(11, 10)), "b");
+    EXPECT_EQ(shownAt(*decoder, 1'000'000'000'000), "b");
 }
 
 TEST_F(GifDecoding, TellsWhichFrameItGave) {
@@ -73,7 +61,7 @@ TEST_F(GifDecoding, TellsWhichFrameItGave) {
 TEST_F(GifDecoding, TellsSizeDurationAndRate) {
     const auto decoder = decoderOf(threeColours());
     ASSERT_TRUE(decoder);
-    EXPECT_EQ(decoder->GetDisplayWidth(), 2);
+    EXPECT_EQ(decoder->GetDisplayWidth(), 1);
     EXPECT_EQ(decoder->GetDisplayHeight(), 1);
     EXPECT_EQ(decoder->GetDuration(), Time(1));
     EXPECT_EQ(decoder->GetFrameRate(), Time(3));
@@ -101,7 +89,7 @@ TEST_F(GifDecoding, IsScaledToTheOutputSize) {
     EXPECT_FALSE(decoder->SetOutputSize(1 << 20, 1 << 20));
     EXPECT_EQ(shownAt(*decoder, Time(1, 2)), "bbbbbbbb");
     ASSERT_TRUE(decoder->SetOutputSize(0, 0));
-    EXPECT_EQ(shownAt(*decoder, 0), "rr");
+    EXPECT_EQ(shownAt(*decoder, 0), "r");
 }
 
 TEST_F(GifDecoding, HasOneStream) {
@@ -121,7 +109,7 @@ TEST_F(GifDecoding, WithoutGdiplusTheEngineDecodes) {
     gdiplus.reset();
     const auto decoder = decoderOf(threeColours());
     ASSERT_TRUE(decoder);
-    EXPECT_EQ(shownAt(*decoder, Time(3, 10)), "gg");
+    EXPECT_EQ(shownAt(*decoder, Time(3, 10)), "g");
 }
 
 } // namespace FrameCodecLib
