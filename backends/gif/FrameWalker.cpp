@@ -38,8 +38,9 @@ Disposal disposalFrom(std::uint8_t packedFields) {
     case 2:
         return Disposal::Clear;
     case 3:
+    case 4: // what older texts gave for 3; browsers take either
         return Disposal::Restore;
-    default: // 4 to 7 are not defined
+    default: // 5 to 7 are not defined
         return Disposal::Keep;
     }
 }

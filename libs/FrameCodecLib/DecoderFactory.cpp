@@ -1,4 +1,5 @@
 #include "FrameCodecLib/Decoder.h"
+#include "FrameCodecLib/GifDecoder.h"
 #include "FrameCodecLib/StillDecoder.h"
 
 #include "engine/EngineModule.h"
@@ -18,8 +19,13 @@ Decoder* openDecoder(const std::string& fileName, int streamIndex, int decodersA
     return reader ? new EngineDecoder(std::move(*reader)) : nullptr;
 }
 
-bool isFirstStream(int streamIndex) {
-    return streamIndex < 1;
+/// Of what has one stream and needs no engine; null for anything else.
+std::unique_ptr<Decoder> openPicture(const std::string& fileName, int streamIndex) {
+    if (streamIndex > 0)
+        return nullptr;
+    if (auto still = StillDecoder::open(fileName))
+        return still;
+    return GifDecoder::open(fileName);
 }
 
 /// Pictures first: for them the engine need not be loaded.
@@ -29,8 +35,8 @@ public:
         if (streamIndex < -1 || decodersAtOnce < 1)
             return nullptr;
         try {
-            if (auto still = isFirstStream(streamIndex) ? StillDecoder::open(fileName) : nullptr)
-                return still.release();
+            if (auto picture = openPicture(fileName, streamIndex))
+                return picture.release();
             return openDecoder(fileName, streamIndex, decodersAtOnce);
         } catch (const std::bad_alloc&) {
             return nullptr;

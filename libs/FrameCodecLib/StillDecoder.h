@@ -1,8 +1,6 @@
 #pragma once
 
-#include "platform/FrameCodecLib.h"
-
-#include "platform/Gdiplus.h"
+#include "FrameCodecLib/DrawnBitmap.h"
 
 #include <memory>
 #include <string>
@@ -21,7 +19,9 @@ public:
     int GetDisplayHeight() const override { return height; }
     boost::rational<__int64> GetDuration() const override { return 0; }
     boost::rational<__int64> GetFrameRate() const override { return 0; }
-    bool SetOutputSize(int outputWidth, int outputHeight) override;
+    bool SetOutputSize(int outputWidth, int outputHeight) override {
+        return outputSize.set(outputWidth, outputHeight);
+    }
 
 private:
     explicit StillDecoder(std::unique_ptr<Gdiplus::Bitmap> upright);
@@ -29,8 +29,7 @@ private:
     std::unique_ptr<Gdiplus::Bitmap> picture;
     int width;
     int height;
-    int wantedWidth = 0;
-    int wantedHeight = 0;
+    OutputSize outputSize;
 };
 
 } // namespace FrameCodecLib

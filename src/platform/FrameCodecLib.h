@@ -73,9 +73,10 @@ public:
     /// A new decoder, the caller's to delete, of a stream of the file `fileName` (UTF-8, looked up as
     /// `System.h` tells). Streams count from 0 in the order of the file; -1 is the one that a player would
     /// show. `decodersAtOnce` says how many decoders the caller means to keep busy at the same time, at least
-    /// 1; they share the processor among them. A picture that does not move is a stream of one frame that is
-    /// shown at all times, if the process has started GDI+. Null when the file can't be read, the stream is
-    /// none of video, or video can't be decoded here.
+    /// 1; they share the processor among them. If the process has started GDI+, a picture that does not move
+    /// is a stream of one frame that is shown at all times, and a GIF is one pass of the frames that
+    /// `AnimatedGif.h` tells of. Null when the file can't be read, the stream is none of video, or video
+    /// can't be decoded here.
     virtual Decoder* CreateDecoder(const std::string& fileName, int streamIndex, int decodersAtOnce) = 0;
 };
 

@@ -30,7 +30,7 @@ GifFrame pixelAt(int x, int index, int disposal = 0) {
 } // namespace
 
 TEST_F(AnimatedGif, AFrameThatIsNotDisposedOfStays) {
-    for (const int disposal : {0, 1, 4, 7}) {
+    for (const int disposal : {0, 1, 5, 7}) {
         const GifFile file = fourByOne().frame(pixelAt(0, r, disposal)).frame(pixelAt(1, g, disposal));
         EXPECT_EQ(frameOf(file, 0), "r   ") << disposal;
         EXPECT_EQ(frameOf(file, 1), "rg  ") << disposal;
@@ -51,6 +51,12 @@ TEST_F(AnimatedGif, AFrameDisposedOfToThePreviousStateGivesBackWhatWasBelow) {
     EXPECT_EQ(frameOf(file, 1), "g   ");
     EXPECT_EQ(frameOf(file, 2), "br  ");
     EXPECT_EQ(frameOf(file, 3), "b g ");
+}
+
+TEST_F(AnimatedGif, TheOlderNumberOfThePreviousStateCountsToo) {
+    const GifFile file = fourByOne().frame(pixelAt(0, b)).frame(pixelAt(0, g, 4)).frame(pixelAt(1, r));
+    EXPECT_EQ(frameOf(file, 1), "g   ");
+    EXPECT_EQ(frameOf(file, 2), "br  ");
 }
 
 TEST_F(AnimatedGif, BeforeTheFirstFrameThereIsNothingToGoBackTo) {

@@ -15,17 +15,6 @@ using TestSupport::GifFrame;
 constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double farAway = std::numeric_limits<double>::infinity();
 
-GifFrame lasting(int index, int delay) {
-    GifFrame frame = fullOf(index, 1, 1);
-    frame.delay = delay;
-    return frame;
-}
-
-/// Red for 0.3 s, green for 0.2 s, blue for 0.5 s.
-GifFile threeColours() {
-    return GifFile(1, 1, fourColours).frame(lasting(r, 30)).frame(lasting(g, 20)).frame(lasting(b, 50));
-}
-
 /// Frames of every kind at many places, some opaque and some not.
 GifFile manyFrames(int count) {
     std::mt19937 random(7);

@@ -61,6 +61,20 @@ inline TestSupport::GifFrame fullOf(int index, int width, int height) {
     return {.width = width, .height = height, .index = [index](int, int) { return index; }};
 }
 
+inline TestSupport::GifFrame lasting(int index, int delay) {
+    TestSupport::GifFrame frame = fullOf(index, 1, 1);
+    frame.delay = delay;
+    return frame;
+}
+
+/// Red for 0.3 s, green for 0.2 s, blue for 0.5 s.
+inline TestSupport::GifFile threeColours() {
+    return TestSupport::GifFile(1, 1, fourColours)
+        .frame(lasting(r, 30))
+        .frame(lasting(g, 20))
+        .frame(lasting(b, 50));
+}
+
 /// GIF files of a test.
 class GifFolder {
 public:
