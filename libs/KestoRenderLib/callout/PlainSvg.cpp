@@ -14,7 +14,7 @@ using namespace std::string_view_literals;
 /// The time that a path takes grows with the square of its length.
 constexpr std::size_t longestDocument = 8192;
 /// Each element may fill the whole picture, several times over.
-constexpr double mostPixels = 1 << 20;
+constexpr double mostPixels = 1 << 19;
 /// Lines of a width beyond all bounds take memory beyond all bounds for their round ends.
 constexpr int mostDigits = 5;
 
@@ -28,8 +28,8 @@ constexpr std::array names = {
     "metadata"sv, "defs"sv};
 
 /// What may take long, what makes numbers larger than they look, and what hides either.
-constexpr std::array suspects = {"filter"sv, "dash"sv, "font"sv, "scale"sv, "matrix"sv,
-                                 "skew"sv,   ".00"sv,  "&"sv,    "\\"sv,    "<?"sv};
+constexpr std::array suspects = {"blend"sv, "filter"sv, "dash"sv, "font"sv, "scale"sv, "matrix"sv,
+                                 "skew"sv,  ".00"sv,    "&"sv,    "\\"sv,   "<?"sv};
 
 constexpr std::string_view blanks = " \t\r\n";
 
