@@ -32,7 +32,11 @@ void checkPixels(const KestoRenderLib::MetaBitmap& overlay) {
 
 } // namespace
 
-/// Draws the input as an SVG, half way and done.
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    return ::setenv("KESTO_SVG_TIME_LIMIT_MS", "1000", 0); // NOLINT(concurrency-mt-unsafe): before any thread
+}
+
+/// Draws the input as an SVG, half way and done: in this process if it is plain, else in one of its own.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::size_t longest = 64 * 1024;
     const KestoMediaLib::VectorDrawing::Params params = {

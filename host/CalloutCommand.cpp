@@ -9,10 +9,10 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
 #include <cstdio>
 #include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -38,9 +38,16 @@ struct CalloutOptions {
 };
 
 std::string contentOf(const std::string& path) {
-    std::ostringstream bytes;
-    bytes << std::ifstream(path, std::ios::binary).rdbuf();
-    std::string content = bytes.str();
+    constexpr std::size_t largest = 1'000'000; // of texts in a project
+    std::ifstream file(path, std::ios::binary);
+    std::string content(largest + 1, '\0');
+    file.read(content.data(), static_cast<std::streamsize>(content.size())); // a device may have no end
+    content.resize(static_cast<std::size_t>(file.gcount()));
+    if (content.size() > largest)
+        throw CLI::ValidationError("--svg",
+                                   fmt::format("\"{}\" has more than {} bytes; a larger file may be given as "
+                                               "--param SvgFile={}",
+                                               path, largest, path));
     if (content.empty())
         throw CLI::ValidationError("--svg", fmt::format("\"{}\" can't be read, or is empty", path));
     if (const std::string problem = checkUtf8(content); !problem.empty())

@@ -186,6 +186,20 @@ TEST_F(CalloutCommand, AnSvgThatIsNotThereIsRefused) {
                      "--svg: expected a text that is valid UTF-8\n");
 }
 
+TEST_F(CalloutCommand, AnSvgThatIsTooLargeOrHasNoEndIsRefusedWithAnotherWay) {
+    const std::string large = folder.write("large.svg", std::string(1'000'001, ' ')).string();
+    expectWrongUsage({"--svg", large}, "--svg: \"" + large +
+                                           "\" has more than 1000000 bytes; a larger file may be given as "
+                                           "--param SvgFile=" +
+                                           large + "\n");
+    expectWrongUsage({"--svg", "/dev/zero"}, "--svg: \"/dev/zero\" has more than 1000000 bytes");
+}
+
+TEST_F(CalloutCommand, AnSvgOfSeveralMegabytesMayBeGivenAsAParameter) {
+    const std::string path = folder.write("large.svg", redCross + std::string(3'000'000, ' ')).string();
+    EXPECT_EQ(pictureOf({"--kind", "MacSVG", "--param", "SvgFile=" + path}).at(50, 50), 0xFFFF0000U);
+}
+
 TEST_F(CalloutCommand, AnSvgThatIsNoneIsAFailure) {
     const ProgramRun failed =
         run({"--kind", "MacSVG", "--svg", folder.write("no.svg", "no drawing"), "--json"});

@@ -53,3 +53,8 @@ expect_png_size "$scratch/by-pkg-config.png" "160 107"
 
 "$prefix/bin/kesto-thumbnail" thumb "$input" -o "$scratch/by-program.png"
 expect_png_size "$scratch/by-program.png" "138 92"
+
+# Text has the module start the program that lies beside it.
+echo "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 320 200'><text y='50'>a</text></svg>" >"$scratch/text.svg"
+"$prefix/bin/kesto-thumbnail" callout --kind TypeWinSVG --svg "$scratch/text.svg" -o "$scratch/callout.png"
+expect_png_size "$scratch/callout.png" "147 92"

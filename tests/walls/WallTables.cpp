@@ -11,10 +11,10 @@ constexpr std::array<std::string_view, 8> floors = {
     "src/inspection/source", "src/scheduling/imagefile", "src/platform",
 };
 
-constexpr std::array<std::string_view, 20> systemHeaderNames = {
-    "arpa/*",   "dirent.h", "dlfcn.h", "errno.h",   "fcntl.h",  "limits.h", "linux/*",
-    "link.h",   "locale.h", "poll.h",  "pthread.h", "setjmp.h", "signal.h", "stdio.h",
-    "stdlib.h", "string.h", "sys/*",   "time.h",    "unistd.h", "stdint.h",
+constexpr std::array<std::string_view, 21> systemHeaderNames = {
+    "arpa/*",  "dirent.h", "dlfcn.h",  "errno.h",   "fcntl.h",  "limits.h", "linux/*",
+    "link.h",  "locale.h", "poll.h",   "pthread.h", "setjmp.h", "signal.h", "stdio.h",
+    "spawn.h", "stdlib.h", "string.h", "sys/*",     "time.h",   "unistd.h", "stdint.h",
 };
 
 constexpr std::array<Exception, 7> exceptionTable = {{

@@ -3,7 +3,7 @@
 #include "KestoRenderLib/callout/BoxPainter.h"
 #include "KestoRenderLib/callout/LinePainter.h"
 #include "KestoRenderLib/callout/Shadow.h"
-#include "KestoRenderLib/callout/SvgPainter.h"
+#include "KestoRenderLib/callout/SvgProcess.h"
 
 namespace KestoRenderLib {
 
@@ -25,7 +25,7 @@ bool paintContent(cairo_t* context, const CalloutPaint& paint, const Area& area)
         paintLine(context, paint.look, area);
         break;
     case CalloutLook::Shape::Svg:
-        if (!paintSvg(context, paint.look, area, paint.antialiased))
+        if (!paintAnySvg(context, paint, area))
             return false;
         break;
     case CalloutLook::Shape::Spotlight:

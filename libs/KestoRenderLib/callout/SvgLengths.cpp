@@ -26,22 +26,6 @@ double distance(const Point& one, const Point& other) {
     return std::hypot(other.x - one.x, other.y - one.y);
 }
 
-/// The value of an attribute, without its quotes; empty if it is missing.
-std::string_view attributeOf(std::string_view attributes, std::string_view name) {
-    for (std::size_t at = attributes.find(name); at != attributes.npos; at = attributes.find(name, at + 1)) {
-        const std::size_t equals = attributes.find_first_not_of(" \t\r\n", at + name.size());
-        if (at == 0 || blanks.find(attributes[at - 1]) == blanks.npos || equals == attributes.npos ||
-            attributes[equals] != '=')
-            continue;
-        const std::size_t open = attributes.find_first_of("\"'", equals);
-        if (open == attributes.npos)
-            return {};
-        const std::size_t close = attributes.find(attributes[open], open + 1);
-        return close == attributes.npos ? std::string_view() : attributes.substr(open + 1, close - open - 1);
-    }
-    return {};
-}
-
 /// Numbers of a path or list, with as little between them as SVG allows.
 class Numbers {
 public:
@@ -232,12 +216,12 @@ double ellipseLength(double across, double down) {
 
 double lengthOf(std::string_view element, std::string_view attributes) {
     const auto number = [&](std::string_view name) {
-        return Numbers(attributeOf(attributes, name)).next().value_or(0);
+        return Numbers(svgAttribute(attributes, name)).next().value_or(0);
     };
     if (element == "path")
-        return PathLength(attributeOf(attributes, "d")).measure();
+        return PathLength(svgAttribute(attributes, "d")).measure();
     if (element == "polyline" || element == "polygon")
-        return pointsLength(attributeOf(attributes, "points"), element == "polygon");
+        return pointsLength(svgAttribute(attributes, "points"), element == "polygon");
     if (element == "line")
         return distance({number("x1"), number("y1")}, {number("x2"), number("y2")});
     if (element == "rect")
@@ -248,6 +232,21 @@ double lengthOf(std::string_view element, std::string_view attributes) {
 }
 
 } // namespace
+
+std::string_view svgAttribute(std::string_view attributes, std::string_view name) {
+    for (std::size_t at = attributes.find(name); at != attributes.npos; at = attributes.find(name, at + 1)) {
+        const std::size_t equals = attributes.find_first_not_of(" \t\r\n", at + name.size());
+        if (at == 0 || blanks.find(attributes[at - 1]) == blanks.npos || equals == attributes.npos ||
+            attributes[equals] != '=')
+            continue;
+        const std::size_t open = attributes.find_first_of("\"'", equals);
+        if (open == attributes.npos)
+            return {};
+        const std::size_t close = attributes.find(attributes[open], open + 1);
+        return close == attributes.npos ? std::string_view() : attributes.substr(open + 1, close - open - 1);
+    }
+    return {};
+}
 
 double svgLength(std::string_view element, std::string_view attributes) {
     const double length = lengthOf(element, attributes);

@@ -31,9 +31,16 @@ bool contains(const Names& names, std::string_view name) {
 
 /// An element that the pen draws.
 struct Drawn {
-    std::size_t nameEnd; ///< where an attribute may be put in
-    double length;       ///< 0 for those that fade in as a whole
+    std::size_t nameEnd;  ///< where an attribute may be put in
+    std::size_t styleEnd; ///< where its own style may go on; 0 without one
+    double length;        ///< 0 for those that fade in as a whole
 };
+
+/// Of the value of the attribute `style`; 0 without one. `attributes` is a part of `document`.
+std::size_t endOfStyle(std::string_view document, std::string_view attributes) {
+    const std::string_view style = svgAttribute(attributes, "style");
+    return style.data() ? static_cast<std::size_t>(style.data() + style.size() - document.data()) : 0;
+}
 
 /// Goes over the tags of a document. A text that is no well-formed XML has some tags, too.
 class TagReader {
@@ -111,9 +118,9 @@ std::vector<Drawn> drawnElements(std::string_view document) {
             depthInStore += (tag.opens ? 1 : 0) - (tag.closes ? 1 : 0);
         else if (tag.opens && depthInStore <= 0) {
             if (const double length = svgLength(tag.name, tag.attributes); length > 0)
-                drawn.push_back({tag.nameEnd, length});
+                drawn.push_back({tag.nameEnd, endOfStyle(document, tag.attributes), length});
             else if (contains(namesOfCopies, tag.name))
-                drawn.push_back({tag.nameEnd, 0});
+                drawn.push_back({tag.nameEnd, 0, 0});
         }
     }
     return drawn;
@@ -130,28 +137,42 @@ double averageLength(const std::vector<Drawn>& drawn) {
     return lines > 0 ? sum / lines : 1;
 }
 
-/// The element at hand: its line as far as `part` of it, all else in it by so much.
+/// All but the line of the element at hand.
 std::string stylesheetFor(const Drawn& current, double part) {
     std::string sheet = fmt::format("[{}=\"later\"]{{visibility:hidden !important}}\n", mark);
-    if (current.length > 0)
-        // The gap is longer than any line. librsvg 2.54 drops a dash array that is marked as important, so
-        // that a line with dashes in a style of its own shows as a whole.
-        sheet +=
-            fmt::format("[{0}=\"now\"]{{stroke-dasharray:{1:.3f},100000000}}\n"
-                        "[{0}=\"now\"]{{stroke-dashoffset:0 !important;fill-opacity:{2:.3f} !important}}\n",
-                        mark, std::max(current.length * part, 0.001), part);
-    else
-        sheet += fmt::format("[{}=\"now\"]{{opacity:{:.3f} !important}}\n", mark, part);
+    sheet += fmt::format("[{}=\"now\"]{{{}:{:.3f} !important}}\n", mark,
+                         current.length > 0 ? "fill-opacity" : "opacity", part);
     return sheet;
 }
 
-std::string marked(const std::string& document, const std::vector<Drawn>& drawn, std::size_t current) {
+/// A line as far as `part` of it. It goes into the element's own style, which wins over all style sheets:
+/// librsvg 2.54 drops a dash array that is marked as important.
+std::string strokeFor(const Drawn& current, double part) {
+    constexpr double gap = 1e8; // longer than any line
+    return fmt::format(";stroke-dasharray:{:.3f},{:.0f};stroke-dashoffset:0",
+                       std::max(current.length * part, 0.001), gap);
+}
+
+std::string marked(const std::string& document, const std::vector<Drawn>& drawn, std::size_t current,
+                   double part) {
     std::string result;
     std::size_t copied = 0;
+    const auto insert = [&](std::size_t at, const std::string& text) {
+        result.append(document, copied, at - copied);
+        result += text;
+        copied = at;
+    };
     for (std::size_t index = current; index < drawn.size(); ++index) {
-        result.append(document, copied, drawn[index].nameEnd - copied);
-        result += fmt::format(" {}=\"{}\"", mark, index == current ? "now" : "later");
-        copied = drawn[index].nameEnd;
+        const Drawn& element = drawn[index];
+        const bool isCurrent = index == current;
+        insert(element.nameEnd, fmt::format(" {}=\"{}\"", mark, isCurrent ? "now" : "later"));
+        if (!isCurrent || !(element.length > 0))
+            continue;
+        const std::string stroke = strokeFor(element, part);
+        if (element.styleEnd > 0)
+            insert(element.styleEnd, stroke);
+        else
+            insert(element.nameEnd, fmt::format(" style=\"{}\"", stroke));
     }
     return result.append(document, copied);
 }
@@ -173,7 +194,7 @@ RevealedSvg revealSvg(const std::string& document, double progress, bool antiali
     while (current + 1 < drawn.size() && left >= weightOf(drawn[current]))
         left -= weightOf(drawn[current++]);
     const double part = std::clamp(left / weightOf(drawn[current]), 0.0, 1.0);
-    std::string result = marked(document, drawn, current);
+    std::string result = marked(document, drawn, current, part);
     std::string sheet = sharp + stylesheetFor(drawn[current], part);
     if (part == 0)
         sheet += fmt::format("[{}=\"now\"]{{visibility:hidden !important}}\n", mark);

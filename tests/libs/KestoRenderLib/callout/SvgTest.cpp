@@ -93,6 +93,25 @@ TEST(CalloutSvg, TimeIsSharedOutByLength) {
     EXPECT_EQ(drawnAt(shortAndLong, 0.5), (Extent{0, 15, 50, 25}));
 }
 
+TEST(CalloutSvg, ALineWithDashesOfItsOwnGrowsToo) {
+    const std::string line = "id='line' d='M0,50 H200' stroke='#f00' stroke-width='20' fill='none'";
+    for (const std::string& dashed :
+         {"<path stroke-dasharray='30 10' " + line + "/>",
+          "<path style='stroke-dasharray: 30 10; stroke-dashoffset: 5' " + line + "/>",
+          "<path style=\"\" stroke-dasharray='30 10' " + line + "/>",
+          "<style>svg #line { stroke-dasharray: 30 10 }</style><path " + line + "/>"}) {
+        EXPECT_EQ(drawnAt(dashed, 0.5), (Extent{0, 40, 50, 60})) << dashed;
+        EXPECT_EQ(drawnAt(dashed, 1), (Extent{0, 40, 100, 60})) << dashed;
+    }
+}
+
+TEST(CalloutSvg, ALineKeepsTheRestOfItsStyleWhileItGrows) {
+    const std::string line = "<path d='M0,50 H200' style='stroke:#0000ff;stroke-width:20'/>";
+    const Overlay overlay = draw(drawing(svg(line), 1, inTwoSeconds));
+    EXPECT_EQ(overlay.painted(), (Extent{0, 40, 100, 60}));
+    EXPECT_EQ(overlay.at(50, 50), 0xFF0000FFU);
+}
+
 TEST(CalloutSvg, FillsFadeIn) {
     const std::string disc = "<circle cx='100' cy='50' r='40' fill='#00ff00'/>";
     const auto alphaAt = [&](double seconds) {
