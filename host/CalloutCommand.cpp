@@ -10,10 +10,12 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace KestoHost {
@@ -38,6 +40,9 @@ struct CalloutOptions {
 };
 
 std::string contentOf(const std::string& path) {
+    std::error_code error; // what can't be looked at can't be read
+    if (!std::filesystem::is_regular_file(path, error))
+        throw CLI::ValidationError("--svg", fmt::format("\"{}\" is not a file that is there", path));
     std::ostringstream bytes;
     bytes << std::ifstream(path, std::ios::binary).rdbuf();
     std::string content = bytes.str();
@@ -58,7 +63,7 @@ nlohmann::json paramsOf(const CalloutOptions& options, const CLI::App& command) 
     }
     if (command.count("--text") > 0)
         params["Text"] = options.text;
-    if (!options.svg.empty())
+    if (command.count("--svg") > 0)
         params["Svg"] = contentOf(options.svg);
     return params;
 }

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <sys/stat.h>
+
 using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -182,8 +184,15 @@ TEST_F(CalloutCommand, AnSvgThatIsNotThereIsRefused) {
     expectWrongUsage({"--svg", folder / "missing.svg"}, "--svg: \"");
     expectWrongUsage({"--svg", folder.write("empty.svg", "")}, "--svg: \"");
     expectWrongUsage({"--svg", folder / ""}, "--svg: \"");
+    expectWrongUsage({"--svg", ""}, "--svg: \"\"");
     expectWrongUsage({"--svg", folder.write("latin.svg", "<svg>\xFF</svg>")},
                      "--svg: expected a text that is valid UTF-8\n");
+}
+
+TEST_F(CalloutCommand, AnSvgIsNotWaitedForAtAPipe) {
+    const std::string pipe = folder / "pipe.svg";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    expectWrongUsage({"--svg", pipe}, "--svg: \"" + pipe + "\" is not a file");
 }
 
 TEST_F(CalloutCommand, AnSvgThatIsNoneIsAFailure) {
