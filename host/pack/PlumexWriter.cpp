@@ -45,6 +45,11 @@ struct Ready {
     std::string file;
 };
 
+/// Nobody has asked for the member's own file: what is wrong with it is wrong with the output.
+std::string withOutputFor(const std::string& file, const std::string& message, const std::string& output) {
+    return message.starts_with(file) ? output + message.substr(file.size()) : message;
+}
+
 /// A failure goes into `failure`.
 Ready makeReady(const PackPart& part, const std::string& output, WholeFiles& temporary,
                 std::optional<Failure>& failure) {
@@ -55,7 +60,7 @@ Ready makeReady(const PackPart& part, const std::string& output, WholeFiles& tem
     Ready ready = {{part, member.name, /*isCopied=*/false}, temporary.pathFor(beside)};
     const MOSK::WriteResult result = MOSK::WriteMemberFile(part.input, *member.container, ready.file);
     if (!result.isWritten)
-        failure = Failure{result.reason, result.message};
+        failure = Failure{result.reason, withOutputFor(ready.file, result.message, output)};
     return ready;
 }
 

@@ -35,8 +35,8 @@ protected:
 
 TEST_P(PackFailure, NamesAnInputThatIsMissing) {
     const std::string missing = (folder / "none.avi").string();
-    expectFailure({"--screen", missing}, "unreadable", missing);
-    expectFailure({"--screen", screen, "--events", missing}, "unreadable", missing);
+    expectFailure({"--screen", missing}, "missing", missing);
+    expectFailure({"--screen", screen, "--events", missing}, "missing", missing);
 }
 
 TEST_P(PackFailure, NamesAnInputThatIsNoMedia) {
@@ -52,8 +52,14 @@ TEST_P(PackFailure, NamesAnInputWithoutTheStreamThatIsExpected) {
 TEST_P(PackFailure, DoesNotWaitForAPipe) {
     const std::string pipe = (folder / "pipe").string();
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-    expectFailure({"--screen", pipe}, "unreadable", pipe);
-    expectFailure({"--screen", screen, "--events", pipe}, "unreadable", pipe);
+    expectFailure({"--screen", pipe}, "not-a-file", pipe);
+    expectFailure({"--screen", screen, "--events", pipe}, "not-a-file", pipe);
+}
+
+TEST_P(PackFailure, NamesAnInputThatIsAFolder) {
+    const std::string inside = (folder / "").string();
+    expectFailure({"--screen", inside}, "not-a-file", inside);
+    expectFailure({"--screen", screen, "--events", inside}, "not-a-file", inside);
 }
 
 TEST_P(PackFailure, TellsWhyTheOutputCannotBeWritten) {
@@ -61,6 +67,17 @@ TEST_P(PackFailure, TellsWhyTheOutputCannotBeWritten) {
     const ProgramRun run = runProgram({"pack", "--screen", screen, "-o", inNoFolder});
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_THAT(run.errors, HasSubstr(inNoFolder));
+}
+
+TEST_P(PackFailure, NamesTheOutputThatGetsTooLarge) {
+    const std::vector<std::string> withSmallFiles = {"sh", "-c", "trap '' XFSZ; ulimit -f 2; exec \"$@\"",
+                                                     "sh"};
+    const ProgramRun run = runProgram({"pack", "--screen", videoPath("h264.mp4"), "-o", output(), "--json"},
+                                      {.before = withSmallFiles});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.errors, HasSubstr(output()));
+    EXPECT_EQ(nlohmann::json::parse(run.output).at("reason"), "not-written");
+    EXPECT_TRUE(std::filesystem::is_empty(folder / ""));
 }
 
 TEST_P(PackFailure, NeverReplacesAnInput) {
@@ -72,6 +89,20 @@ TEST_P(PackFailure, NeverReplacesAnInput) {
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEachContainer, PackFailure, testing::Values("talk.mosk", "talk.plumex"));
+
+TEST(PackUsage, AnInputHasAName) {
+    const TestSupport::TempFolder folder;
+    const std::string output = (folder / "talk.plumex").string();
+    for (const std::string option : {"--screen", "--camera", "--audio", "--system-audio", "--events"}) {
+        std::vector<std::string> arguments = {"pack", "-o", output, option, ""};
+        if (option != "--screen")
+            arguments.insert(arguments.end(), {"--screen", videoPath("mjpeg.avi")});
+        const ProgramRun run = runProgram(arguments);
+        EXPECT_EQ(run.exitStatus, 2) << option;
+        EXPECT_THAT(run.errors, HasSubstr(option + ": expected the name of a file, found \"\""));
+        EXPECT_FALSE(std::filesystem::exists(output)) << option;
+    }
+}
 
 TEST(PackUsage, WantsAScreenAndTheNameOfARecording) {
     EXPECT_EQ(runProgram({"pack", "-o", "talk.mosk"}).exitStatus, 2);
