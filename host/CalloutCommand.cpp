@@ -11,9 +11,11 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace KestoHost {
@@ -38,10 +40,13 @@ struct CalloutOptions {
 };
 
 std::string contentOf(const std::string& path) {
+    std::error_code error; // what can't be looked at can't be read
+    if (!std::filesystem::is_regular_file(path, error))
+        throw CLI::ValidationError("--svg", fmt::format("\"{}\" is not a file that is there", path));
     constexpr std::size_t largest = 1'000'000; // of texts in a project
     std::ifstream file(path, std::ios::binary);
     std::string content(largest + 1, '\0');
-    file.read(content.data(), static_cast<std::streamsize>(content.size())); // a device may have no end
+    file.read(content.data(), static_cast<std::streamsize>(content.size()));
     content.resize(static_cast<std::size_t>(file.gcount()));
     if (content.size() > largest)
         throw CLI::ValidationError("--svg",
@@ -65,7 +70,7 @@ nlohmann::json paramsOf(const CalloutOptions& options, const CLI::App& command) 
     }
     if (command.count("--text") > 0)
         params["Text"] = options.text;
-    if (!options.svg.empty())
+    if (command.count("--svg") > 0)
         params["Svg"] = contentOf(options.svg);
     return params;
 }

@@ -39,6 +39,10 @@ std::string checkRecordingName(const std::string& path) {
     return fmt::format("expected a name that ends in .mosk or .plumex, found \"{}\"", path);
 }
 
+std::string checkIsNamed(const std::string& path) {
+    return path.empty() ? "expected the name of a file, found \"\"" : "";
+}
+
 } // namespace
 
 void addPackCommand(CLI::App& program, ExitStatus& status) {
@@ -46,12 +50,14 @@ void addPackCommand(CLI::App& program, ExitStatus& status) {
     PackRequest& request = options->request;
     CLI::App* command =
         program.add_subcommand("pack", "Make a recording of ordinary files, without encoding anew");
-    command->add_option("--screen", request.screen, "A video of the screen")->type_name("FILE")->required();
-    command->add_option("--camera", request.camera, "A video of the camera")->type_name("FILE");
-    command->add_option("--audio", request.audio, "What the microphone heard")->type_name("FILE");
-    command->add_option("--system-audio", request.systemAudio, "What the computer played")->type_name("FILE");
-    command->add_option("--events", request.events, "Data that goes with the recording, taken as it is")
-        ->type_name("FILE");
+    const auto addInput = [command](const char* name, std::string& input, const char* help) {
+        return command->add_option(name, input, help)->type_name("FILE")->check(checkIsNamed);
+    };
+    addInput("--screen", request.screen, "A video of the screen")->required();
+    addInput("--camera", request.camera, "A video of the camera");
+    addInput("--audio", request.audio, "What the microphone heard");
+    addInput("--system-audio", request.systemAudio, "What the computer played");
+    addInput("--events", request.events, "Data that goes with the recording, taken as it is");
     command->add_option("-o,--output", request.output, "The recording to write: .mosk or .plumex")
         ->type_name("FILE")
         ->required()

@@ -5,6 +5,7 @@
 #include "LsCommand.h"
 #include "PackCommand.h"
 #include "SheetCommand.h"
+#include "StandardFiles.h"
 #include "ThumbCommand.h"
 #include "Version.h"
 
@@ -70,6 +71,7 @@ ExitStatus parseAndRun(int argc, const char* const* argv) {
 } // namespace
 
 ExitStatus runProgram(int argc, const char* const* argv) noexcept {
+    keepStandardNumbers();
     try {
         const ExitStatus status = parseAndRun(argc, argv);
         if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)

@@ -7,7 +7,6 @@
 
 #include <KestoThumbnailer/platform/RecordingWriter.h>
 
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -45,6 +44,11 @@ struct Ready {
     std::unique_ptr<InputFile> file; ///< null after a failure
 };
 
+/// Nobody has asked for the member's own file: what is wrong with it is wrong with the output.
+std::string withOutputFor(const std::string& file, const std::string& message, const std::string& output) {
+    return message.starts_with(file) ? output + message.substr(file.size()) : message;
+}
+
 /// Puts the input into the member's container, in a file that has lost its name already: however the program
 /// ends, nothing of it stays.
 std::unique_ptr<InputFile> convert(const PackPart& part, const Member& member, const std::string& output,
@@ -54,9 +58,7 @@ std::unique_ptr<InputFile> convert(const PackPart& part, const Member& member, c
     const MOSK::WriteResult result = MOSK::WriteMemberFile(part.input, *member.container, file);
     if (result.isWritten)
         return std::make_unique<InputFile>(file);
-    failure = Failure{result.reason, result.message};
-    if (result.reason == "not-written") // the message names the temporary file
-        failure->message = fmt::format("\"{}\" can't be written: {}", output, result.message);
+    failure = Failure{result.reason, withOutputFor(file, result.message, output)};
     return nullptr;
 }
 

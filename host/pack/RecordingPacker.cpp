@@ -5,18 +5,23 @@
 #include "ThumbnailRequest.h"
 #include "pack/PlumexWriter.h"
 
+#include <KestoThumbnailer/ThumbnailDiagnosis.h>
 #include <KestoThumbnailer/platform/RecordingWriter.h>
+#include <KestoThumbnailer/platform/System.h>
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <exception>
 
 namespace KestoHost {
 
 namespace {
+
+using KestoThumbnailer::NoThumbnailReason;
 
 struct Role {
     const char* word;
@@ -26,6 +31,10 @@ struct Role {
 
 constexpr const char* eventsWord = "events";
 constexpr std::int32_t noTypeCode = 0;
+
+// The kind of file in `st_mode`.
+constexpr unsigned fileKindMask = 0xF000;
+constexpr unsigned regularFile = 0x8000;
 
 constexpr std::array<Role, 5> roles = {{{"screen", &PackRequest::screen, 100},
                                         {"camera", &PackRequest::camera, 101},
@@ -39,13 +48,29 @@ std::int32_t typeCodeOf(const PackPart& part) {
     return found == roles.end() ? noTypeCode : found->typeCode;
 }
 
-/// By the names alone, so that nobody waits for a recording that could not be written.
+/// As far as its folder tells; what is wrong with its content is told by who reads it.
+std::optional<Failure> refusalOfEntry(const std::string& input) {
+    const auto refusal = [&input](NoThumbnailReason reason, const char* predicate) {
+        return Failure{KestoThumbnailer::WordForReason(reason), fmt::format("\"{}\" {}.", input, predicate)};
+    };
+    struct _stat64i32 entry = {};
+    if (_stat64i32(input.c_str(), &entry) != 0) // without the right to look it may be there
+        return errno == EACCES ? std::nullopt
+                               : std::optional(refusal(NoThumbnailReason::Missing, "does not exist"));
+    if ((entry.st_mode & fileKindMask) != regularFile)
+        return refusal(NoThumbnailReason::NotAFile, "is not a regular file");
+    return std::nullopt;
+}
+
+/// By the names and folders alone, so that nobody waits for a recording that could not be written.
 std::optional<Failure> refusalOfNames(const std::vector<PackPart>& parts, const std::string& output) {
     for (const PackPart& part : parts) {
         ThumbnailRequest names;
         names.input = part.input;
         names.output = output;
         if (auto refusal = refusalOf(names))
+            return refusal;
+        if (auto refusal = refusalOfEntry(part.input))
             return refusal;
     }
     return whyNotWritable(output).empty() ? std::nullopt : std::optional(unwritten(output));

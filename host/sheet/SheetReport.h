@@ -13,7 +13,7 @@ namespace KestoHost {
 /// What one sheet came to.
 struct SheetReport {
     SheetRequest request;
-    std::string sourceKind; ///< "video", "project", "image" or "pdf"
+    std::string sourceKind; ///< as in `ThumbReport`
     ModelTime duration = 0;
     std::vector<ModelTime> times;
     SheetLayout layout;

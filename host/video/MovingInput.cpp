@@ -9,6 +9,7 @@
 #include <KestoThumbnailer/ThumbnailDiagnosis.h>
 #include <KestoThumbnailer/platform/FrameCodecDiagnosis.h>
 #include <KestoThumbnailer/platform/Gdiplus.h>
+#include <KestoThumbnailer/platform/StructuredStorage.h>
 
 #include <fmt/format.h>
 
@@ -33,6 +34,17 @@ bool isPicture(const std::wstring& path) {
 
 NoThumbnailReason diagnosedReason(const std::wstring& path) {
     return KestoThumbnailer::DiagnoseStillImage(path).reason;
+}
+
+/// As is a recording with its streams in it.
+bool isCompoundFile(const std::wstring& path) {
+    void* storage = nullptr;
+    const HRESULT opened = StgOpenStorageEx(path.c_str(), STGM_READ | STGM_SHARE_DENY_WRITE, STGFMT_ANY, 0,
+                                            nullptr, nullptr, IID_IStorage, &storage);
+    if (FAILED(opened))
+        return false;
+    static_cast<IStorage*>(storage)->Release();
+    return true;
 }
 
 /// Those that are the same for any kind of content.
@@ -81,6 +93,14 @@ const char* wordOf(InputKind kind, const std::string& input) {
         return "animation";
     }
     return "";
+}
+
+std::optional<Failure> refusalOfCompoundFile(const std::string& input) {
+    if (!isCompoundFile(*wideFromUtf8(input)))
+        return std::nullopt;
+    return Failure{FrameCodecLib::WordForReason(NoDecoderReason::Unsupported),
+                   fmt::format("\"{}\" is a compound file: its streams can be listed, but not shown.", input),
+                   /*withoutPicture=*/true};
 }
 
 Failure whyNoVideo(const std::string& input, int stream) {

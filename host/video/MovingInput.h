@@ -2,6 +2,7 @@
 
 #include "ThumbnailRequest.h"
 
+#include <optional>
 #include <string>
 
 namespace KestoHost {
@@ -30,6 +31,9 @@ InputKind inputKindOf(const ThumbnailRequest& request);
 
 /// The word for reports: "image", "pdf", "animation", "video", "recording" or "project".
 const char* wordOf(InputKind kind, const std::string& input);
+
+/// Against a recording with its streams in it, of which a decoder may find the first one by chance.
+std::optional<Failure> refusalOfCompoundFile(const std::string& input);
 
 /// Why no video could be decoded of that stream of a file; -1 is the one that a player would show.
 Failure whyNoVideo(const std::string& input, int stream);

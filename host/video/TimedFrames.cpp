@@ -56,6 +56,8 @@ bool isAllTransparent(const MetaBitmap& frame) {
 } // namespace
 
 TimedFrames::Opened TimedFrames::open(const std::string& input) {
+    if (const auto refusal = refusalOfCompoundFile(input))
+        return {nullptr, *refusal};
     const ProjectOutcome outcome = projectOf(input);
     const boost::shared_ptr<const Project> project = outcome.project;
     if (!project)

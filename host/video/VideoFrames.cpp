@@ -76,6 +76,8 @@ Size thumbnailSizeOf(const Size& picture, const Bounds& bounds) {
 }
 
 VideoFrames::Opened VideoFrames::open(const std::string& input, int stream) {
+    if (const auto refusal = refusalOfCompoundFile(input))
+        return {nullptr, *refusal};
     const std::unique_ptr<FrameCodecLib::DecoderFactory> factory(FrameCodecLib::DecoderFactory::Create());
     std::unique_ptr<FrameCodecLib::Decoder> decoder(
         factory->CreateDecoder(input, stream, /*decodersAtOnce=*/1));

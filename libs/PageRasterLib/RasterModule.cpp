@@ -1,5 +1,6 @@
 #include "PageRasterLib/RasterModule.h"
 
+#include "platform/PageRasterLib.h"
 #include "platform/System.h"
 
 #include <string>
@@ -23,11 +24,17 @@ std::wstring folderOfThisLibrary() {
     return file.substr(0, file.rfind(L'/') + 1);
 }
 
-OpenPdfDocument* load() {
+/// Empty when the folder is not known.
+std::wstring pathOfModule() {
     const std::wstring folder = folderOfThisLibrary();
-    if (folder.empty())
+    return folder.empty() ? folder : folder + L"KestoThumbnailer/kesto_pdf.so";
+}
+
+OpenPdfDocument* load() {
+    const std::wstring path = pathOfModule();
+    if (path.empty())
         return nullptr;
-    HMODULE module = LoadLibraryW((folder + L"KestoThumbnailer/kesto_pdf.so").c_str());
+    HMODULE module = LoadLibraryW(path.c_str());
     if (!module)
         return nullptr;
     return reinterpret_cast<OpenPdfDocument*>(GetProcAddress(module, openPdfDocumentName));
@@ -38,6 +45,11 @@ OpenPdfDocument* load() {
 OpenPdfDocument* openPdfDocumentFunction() {
     static OpenPdfDocument* const function = load();
     return function;
+}
+
+bool IsRasterizerInstalled() {
+    const std::wstring path = pathOfModule();
+    return !path.empty() && GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 } // namespace PageRasterLib

@@ -44,4 +44,7 @@ private:
     std::unique_ptr<Impl> impl;
 };
 
+/// Whether the rasteriser's module is installed; it is not loaded to find out. Any thread.
+KESTO_EXPORT bool IsRasterizerInstalled();
+
 } // namespace PageRasterLib

@@ -42,6 +42,13 @@ TEST_F(BatchLines, NoLinesAreNothingToDo) {
     EXPECT_THAT(run.errors, HasSubstr("0 written, 0 without picture, 0 failed"));
 }
 
+TEST_F(BatchLines, ClosedStandardInputIsAFailure) {
+    const std::vector<std::string> withoutInput = {"sh", "-c", "exec \"$@\" <&-", "sh"};
+    const ProgramRun run = runProgram({"batch", "--out-dir", folder / "out", "-"}, {.before = withoutInput});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.errors, HasSubstr("kesto-thumbnail: standard input: Bad file descriptor\n"));
+}
+
 TEST_F(BatchLines, BadLinesDoNotStopTheOthers) {
     picture("a.png", 20);
     const ProgramRun run = batch({"-"}, "bad\xFF\nnothing\n" + std::string(100'000, 'x') + "\na.png\n");

@@ -124,6 +124,18 @@ TEST(Usage, VersionTellsProgramLibraryAndDecoders) {
     EXPECT_THAT(run.errors, IsEmpty());
 }
 
+TEST(Usage, VersionTellsWhetherDocumentsCanBeRead) {
+    EXPECT_THAT(runProgram({"--version"}).output, HasSubstr("\ndocuments: PDF\n"));
+    // Where the library is found, its modules are looked for: beside this copy there are none.
+    const TestSupport::TempFolder folder;
+    const std::filesystem::path library = KESTO_PAGE_RASTER_LIB;
+    std::filesystem::copy_file(library, folder / library.filename().string());
+    const std::string found = (folder / "").string() + ":" + library.parent_path().string();
+    const ProgramRun run = runProgram({"--version"}, {.before = {"env", "LD_LIBRARY_PATH=" + found}});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("\ndocuments: none\n"));
+}
+
 TEST(Usage, OutputThatCannotBeWrittenIsAFailure) {
     const ProgramRun run = runProgram({"--version"}, {.outputFile = "/dev/full"});
     EXPECT_EQ(run.exitStatus, 1);

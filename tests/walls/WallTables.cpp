@@ -17,8 +17,10 @@ constexpr std::array<std::string_view, 21> systemHeaderNames = {
     "spawn.h", "stdlib.h", "string.h", "sys/*",     "time.h",   "unistd.h", "stdint.h",
 };
 
-constexpr std::array<Exception, 7> exceptionTable = {{
+constexpr std::array<Exception, 9> exceptionTable = {{
     {"host/Paths.cpp", "unistd.h", "the standard library does not tell whether a folder may be written to"},
+    {"host/StandardFiles.cpp", "fcntl.h", "whether a number stands for an open file"},
+    {"host/StandardFiles.cpp", "unistd.h", "the numbers themselves"},
     {"host/batch/Interruption.cpp", "fcntl.h", "the flags of the pipe that tells of a signal"},
     {"host/batch/Interruption.cpp", "unistd.h", "the pipe itself: all that a signal handler may use"},
     {"host/batch/LineInputs.cpp", "poll.h", "waits for a line and for a signal at once"},

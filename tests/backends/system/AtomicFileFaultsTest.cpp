@@ -87,6 +87,7 @@ namespace SystemBackend {
 namespace {
 
 using Names = std::set<std::string>;
+using TestSupport::readFile;
 
 bool write(AtomicFile& file, std::string_view text) {
     return file.write(std::as_bytes(std::span(text)));
@@ -115,13 +116,13 @@ TEST_P(AtomicFileOnAnyFileSystem, AppearsWithTheCommitAlone) {
         AtomicFile fresh(temp / "new.png");
         EXPECT_TRUE(write(dropped, "text") && write(replacing, "text") && write(fresh, "text"));
         EXPECT_FALSE(temp.names().contains("new.png"));
-        EXPECT_EQ(contentOf(old), "old");
+        EXPECT_EQ(readFile(old), "old");
         EXPECT_TRUE(replacing.commit());
         EXPECT_TRUE(fresh.commit());
     }
     EXPECT_EQ(temp.names(), (Names{"new.png", "old.png"}));
-    EXPECT_EQ(contentOf(old), "text");
-    EXPECT_EQ(contentOf(temp / "new.png"), "text");
+    EXPECT_EQ(readFile(old), "text");
+    EXPECT_EQ(readFile(temp / "new.png"), "text");
 }
 
 TEST_P(AtomicFileOnAnyFileSystem, KeepsThePermissionsOfTheFileThatItReplaces) {
@@ -145,7 +146,7 @@ TEST_P(AtomicFileOnAnyFileSystem, LeavesTheOldFileAndNoOtherAfterAFailedWrite) {
         EXPECT_EQ(file.error(), ENOSPC);
     }
     EXPECT_EQ(temp.names(), Names{"a.png"});
-    EXPECT_EQ(contentOf(path), "old");
+    EXPECT_EQ(readFile(path), "old");
 }
 
 TEST_P(AtomicFileOnAnyFileSystem, LeavesNothingAfterAFailedClose) {
@@ -205,7 +206,7 @@ TEST_F(AtomicFileFaults, GoesOnAfterAShortWrite) {
     AtomicFile file(temp / "a.png");
     EXPECT_TRUE(write(file, "more than three"));
     EXPECT_TRUE(file.commit());
-    EXPECT_EQ(contentOf(temp / "a.png"), "more than three");
+    EXPECT_EQ(readFile(temp / "a.png"), "more than three");
 }
 
 TEST_F(AtomicFileFaults, GoesOnAfterASignal) {
@@ -213,7 +214,7 @@ TEST_F(AtomicFileFaults, GoesOnAfterASignal) {
     AtomicFile file(temp / "a.png");
     EXPECT_TRUE(write(file, "text"));
     EXPECT_TRUE(file.commit());
-    EXPECT_EQ(contentOf(temp / "a.png"), "text");
+    EXPECT_EQ(readFile(temp / "a.png"), "text");
 }
 
 TEST_F(AtomicFileFaults, TakesAFileClosedUnderASignalForClosed) {

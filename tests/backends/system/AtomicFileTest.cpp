@@ -19,6 +19,7 @@ namespace SystemBackend {
 namespace {
 
 namespace fs = std::filesystem;
+using TestSupport::readFile;
 
 bool write(AtomicFile& file, std::string_view text) {
     return file.write(std::as_bytes(std::span(text)));
@@ -65,7 +66,7 @@ TEST(AtomicFile, HoldsAllThatWasWritten) {
     EXPECT_TRUE(write(file, ""));
     EXPECT_TRUE(write(file, std::string_view("sec\0nd", 6)));
     EXPECT_TRUE(file.commit());
-    EXPECT_EQ(contentOf(temp / "a.png"), std::string("first sec\0nd", 12));
+    EXPECT_EQ(readFile(temp / "a.png"), std::string("first sec\0nd", 12));
 }
 
 TEST(AtomicFile, HoldsMoreThanAPipeOrAPageCanTakeAtOnce) {
@@ -73,7 +74,7 @@ TEST(AtomicFile, HoldsMoreThanAPipeOrAPageCanTakeAtOnce) {
     std::string text(5'000'001, 'x');
     text.back() = 'z';
     EXPECT_TRUE(writeWhole(temp / "a.png", text));
-    EXPECT_EQ(contentOf(temp / "a.png"), text);
+    EXPECT_EQ(readFile(temp / "a.png"), text);
 }
 
 TEST(AtomicFile, IsWrittenAtAnyPlaceAndReadBack) {
@@ -88,7 +89,7 @@ TEST(AtomicFile, IsWrittenAtAnyPlaceAndReadBack) {
     EXPECT_EQ(std::string_view(found.data(), found.size()), rear);
     EXPECT_FALSE(file.readAt(7, std::as_writable_bytes(std::span(found)))) << "beyond the end";
     EXPECT_TRUE(file.commit());
-    EXPECT_EQ(contentOf(temp / "a.png"), std::string("front\0rear", 10));
+    EXPECT_EQ(readFile(temp / "a.png"), std::string("front\0rear", 10));
 }
 
 TEST(AtomicFile, ThatIsAPipeHasNoPlaces) {
@@ -142,11 +143,11 @@ TEST(AtomicFile, LeavesTheOldContentUntilTheCommit) {
     {
         AtomicFile file(path);
         write(file, "new");
-        EXPECT_EQ(contentOf(path), "old and longer");
+        EXPECT_EQ(readFile(path), "old and longer");
     }
-    EXPECT_EQ(contentOf(path), "old and longer");
+    EXPECT_EQ(readFile(path), "old and longer");
     EXPECT_TRUE(writeWhole(path, "new"));
-    EXPECT_EQ(contentOf(path), "new");
+    EXPECT_EQ(readFile(path), "new");
     EXPECT_EQ(temp.names(), Names{"a.png"});
 }
 
@@ -164,7 +165,7 @@ TEST(AtomicFile, CommitsOnce) {
     EXPECT_FALSE(file.commit());
     EXPECT_FALSE(write(file, "more"));
     EXPECT_EQ(file.error(), EBADF);
-    EXPECT_EQ(contentOf(temp / "a.png"), "");
+    EXPECT_EQ(readFile(temp / "a.png"), "");
 }
 
 TEST(AtomicFile, LeavesNothingUnderItsNameWhenTheProcessIsKilled) {
@@ -181,7 +182,7 @@ TEST(AtomicFile, LeavesNothingUnderItsNameWhenTheProcessIsKilled) {
     int status = 0;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status));
-    EXPECT_EQ(contentOf(path), "old");
+    EXPECT_EQ(readFile(path), "old");
     EXPECT_FALSE(temp.names().contains("new.png"));
     const FileDescriptor unnamed(::open(temp.path().c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0600));
     const std::size_t strayFiles = unnamed.isOpen() ? 0 : 2; // two where a file needs a name from the start
@@ -209,7 +210,7 @@ TEST(AtomicFile, TakesARelativePath) {
     const TempFolder temp;
     const CurrentFolder here(temp.path());
     EXPECT_TRUE(writeWhole("a.png", "new"));
-    EXPECT_EQ(contentOf(temp / "a.png"), "new");
+    EXPECT_EQ(readFile(temp / "a.png"), "new");
 }
 
 TEST(AtomicFile, TakesTheLongestName) {
@@ -227,7 +228,7 @@ TEST(AtomicFile, FollowsALinkAndLeavesItALink) {
     ASSERT_TRUE(writeWhole(link, "new"));
     EXPECT_TRUE(fs::is_symlink(link));
     EXPECT_TRUE(fs::is_symlink(temp / "second"));
-    EXPECT_EQ(contentOf(temp / "real/a.png"), "new");
+    EXPECT_EQ(readFile(temp / "real/a.png"), "new");
     EXPECT_EQ(temp.names(), (Names{"first", "real", "second"}));
 }
 
@@ -236,7 +237,7 @@ TEST(AtomicFile, CreatesTheFileThatADanglingLinkNames) {
     temp.folder("real");
     ASSERT_TRUE(writeWhole(temp.link("link", "real/new.png"), "new"));
     EXPECT_TRUE(fs::is_symlink(temp / "link"));
-    EXPECT_EQ(contentOf(temp / "real/new.png"), "new");
+    EXPECT_EQ(readFile(temp / "real/new.png"), "new");
 }
 
 TEST(AtomicFile, FailsOnALoopOfLinks) {
@@ -250,7 +251,7 @@ TEST(AtomicFile, ReplacesOneOfSeveralHardLinks) {
     const std::string path = temp.file("a.png", "old");
     fs::create_hard_link(path, temp / "b.png");
     ASSERT_TRUE(writeWhole(path, "new"));
-    EXPECT_EQ(contentOf(temp / "b.png"), "old");
+    EXPECT_EQ(readFile(temp / "b.png"), "old");
 }
 
 TEST(AtomicFile, WritesAPipeDirectly) {
@@ -282,7 +283,7 @@ TEST(AtomicFile, WritesAnOpenFilesNameInProcAtTheEndOfThatFile) {
     const ino_t before = inodeOf(path);
     const FileDescriptor open(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
     EXPECT_TRUE(writeWhole(temp.link("stdout", "/proc/self/fd/" + std::to_string(open.get())), "new"));
-    EXPECT_EQ(contentOf(path), "before new");
+    EXPECT_EQ(readFile(path), "before new");
     EXPECT_EQ(inodeOf(path), before);
 }
 
@@ -337,7 +338,7 @@ TEST(AtomicFile, RefusesAFolderThatMayNotBeWrittenTo) {
         EXPECT_FALSE(file.commit()) << name;
         EXPECT_EQ(file.error(), EACCES) << name;
     }
-    EXPECT_EQ(contentOf(temp / "closed/old.png"), "old");
+    EXPECT_EQ(readFile(temp / "closed/old.png"), "old");
 }
 
 } // namespace

@@ -32,6 +32,8 @@ int __wrap_rename(const char* from, const char* to) {
 
 namespace {
 
+using TestSupport::readFile;
+
 constexpr DWORD bothFlags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED;
 
 bool moved(const std::string& from, const std::string& to, DWORD flags = bothFlags) {
@@ -50,28 +52,28 @@ TEST_F(MoveFile, GivesAFileAnotherName) {
     const std::string from = temp.file("a.png", "picture");
     EXPECT_TRUE(moved(from, temp / "b.png"));
     EXPECT_EQ(temp.names(), (std::set<std::string>{"b.png"}));
-    EXPECT_EQ(contentOf(temp / "b.png"), "picture");
+    EXPECT_EQ(readFile(temp / "b.png"), "picture");
 }
 
 TEST_F(MoveFile, TakesThePlaceOfAFileOfThatName) {
     const std::string to = temp.file("b.png", "older and longer");
     EXPECT_TRUE(moved(temp.file("a.png", "new"), to));
     EXPECT_EQ(temp.names(), (std::set<std::string>{"b.png"}));
-    EXPECT_EQ(contentOf(to), "new");
+    EXPECT_EQ(readFile(to), "new");
 }
 
 TEST_F(MoveFile, FindsItsFileByThePathRules) {
     temp.file("Sheets/A.png", "picture");
     EXPECT_TRUE(moved(temp / "sheets\\a.PNG", temp / "sheets\\B.png"));
-    EXPECT_EQ(contentOf(temp / "Sheets/B.png"), "picture");
+    EXPECT_EQ(readFile(temp / "Sheets/B.png"), "picture");
     EXPECT_EQ(temp.names(), (std::set<std::string>{"Sheets"}));
 }
 
 TEST_F(MoveFile, LeavesANameInOtherCaseAlone) {
     temp.file("sheet.PNG", "other");
     EXPECT_TRUE(moved(temp.file("a.png", "picture"), temp / "sheet.png"));
-    EXPECT_EQ(contentOf(temp / "sheet.PNG"), "other");
-    EXPECT_EQ(contentOf(temp / "sheet.png"), "picture");
+    EXPECT_EQ(readFile(temp / "sheet.PNG"), "other");
+    EXPECT_EQ(readFile(temp / "sheet.png"), "picture");
 }
 
 TEST_F(MoveFile, BetweenFileSystemsCopiesAndRemoves) {
@@ -80,7 +82,7 @@ TEST_F(MoveFile, BetweenFileSystemsCopiesAndRemoves) {
     const std::string to = temp.file("b.png", "older");
     EXPECT_TRUE(moved(distantSource, to));
     EXPECT_EQ(temp.names(), (std::set<std::string>{"b.png"}));
-    EXPECT_EQ(contentOf(to), content);
+    EXPECT_EQ(readFile(to), content);
 }
 
 TEST_F(MoveFile, BetweenFileSystemsFailsForAFolder) {
@@ -92,14 +94,14 @@ TEST_F(MoveFile, BetweenFileSystemsFailsForAFolder) {
 TEST_F(MoveFile, BetweenFileSystemsLeavesTheFileWhenTheCopyFails) {
     distantSource = temp.file("a.png", "picture");
     EXPECT_FALSE(moved(distantSource, temp / "missing/b.png"));
-    EXPECT_EQ(contentOf(distantSource), "picture");
+    EXPECT_EQ(readFile(distantSource), "picture");
 }
 
 TEST_F(MoveFile, FailsWithoutAFile) {
     const std::string to = temp.file("b.png", "older");
     EXPECT_FALSE(moved(temp / "a.png", to));
     EXPECT_FALSE(moved("", to));
-    EXPECT_EQ(contentOf(to), "older");
+    EXPECT_EQ(readFile(to), "older");
 }
 
 TEST_F(MoveFile, FailsWithoutNames) {

@@ -1,32 +1,22 @@
 #pragma once
 
+#include "support/TempFolder.h"
+
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <set>
 #include <stdexcept>
 #include <string>
 #include <system_error>
 #include <utility>
 
-/// A folder of the test's own, open to every user, removed with all in it.
+/// A folder of the test's own, open to every user, with paths as the calls under test take them.
 class TempFolder {
 public:
-    TempFolder()
-        : root((std::filesystem::temp_directory_path() / "kesto-system-XXXXXX").string()) {
-        if (!::mkdtemp(root.data()))
-            throw std::runtime_error("no temporary folder");
-        std::filesystem::permissions(root, std::filesystem::perms::all);
-    }
-    ~TempFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(root, ignored);
-    }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
+    TempFolder() { std::filesystem::permissions(root, std::filesystem::perms::all); }
 
     const std::string& path() const { return root; }
     std::string operator/(const std::string& name) const { return root + '/' + name; }
@@ -55,13 +45,9 @@ public:
     }
 
 private:
-    std::string root;
+    const TestSupport::TempFolder owned;
+    const std::string root = (owned / "").parent_path().string();
 };
-
-inline std::string contentOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// Makes `folder` the current one for a scope.
 class CurrentFolder {

@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <sys/stat.h>
 
@@ -36,8 +35,8 @@ protected:
 
 TEST_P(PackFailure, NamesAnInputThatIsMissing) {
     const std::string missing = (folder / "none.avi").string();
-    expectFailure({"--screen", missing}, "unreadable", missing);
-    expectFailure({"--screen", screen, "--events", missing}, "unreadable", missing);
+    expectFailure({"--screen", missing}, "missing", missing);
+    expectFailure({"--screen", screen, "--events", missing}, "missing", missing);
 }
 
 TEST_P(PackFailure, NamesAnInputThatIsNoMedia) {
@@ -53,8 +52,14 @@ TEST_P(PackFailure, NamesAnInputWithoutTheStreamThatIsExpected) {
 TEST_P(PackFailure, DoesNotWaitForAPipe) {
     const std::string pipe = (folder / "pipe").string();
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-    expectFailure({"--screen", pipe}, "unreadable", pipe);
-    expectFailure({"--screen", screen, "--events", pipe}, "unreadable", pipe);
+    expectFailure({"--screen", pipe}, "not-a-file", pipe);
+    expectFailure({"--screen", screen, "--events", pipe}, "not-a-file", pipe);
+}
+
+TEST_P(PackFailure, NamesAnInputThatIsAFolder) {
+    const std::string inside = (folder / "").string();
+    expectFailure({"--screen", inside}, "not-a-file", inside);
+    expectFailure({"--screen", screen, "--events", inside}, "not-a-file", inside);
 }
 
 TEST_P(PackFailure, TellsWhyTheOutputCannotBeWritten) {
@@ -91,6 +96,20 @@ TEST_P(PackFailure, NeverReplacesAnInput) {
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEachContainer, PackFailure, testing::Values("talk.mosk", "talk.plumex"));
+
+TEST(PackUsage, AnInputHasAName) {
+    const TestSupport::TempFolder folder;
+    const std::string output = (folder / "talk.plumex").string();
+    for (const std::string option : {"--screen", "--camera", "--audio", "--system-audio", "--events"}) {
+        std::vector<std::string> arguments = {"pack", "-o", output, option, ""};
+        if (option != "--screen")
+            arguments.insert(arguments.end(), {"--screen", videoPath("mjpeg.avi")});
+        const ProgramRun run = runProgram(arguments);
+        EXPECT_EQ(run.exitStatus, 2) << option;
+        EXPECT_THAT(run.errors, HasSubstr(option + ": expected the name of a file, found \"\""));
+        EXPECT_FALSE(std::filesystem::exists(output)) << option;
+    }
+}
 
 TEST(PackUsage, WantsAScreenAndTheNameOfARecording) {
     EXPECT_EQ(runProgram({"pack", "-o", "talk.mosk"}).exitStatus, 2);

@@ -13,6 +13,7 @@
 #include <map>
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Optional;
 using testing::Pair;
@@ -90,6 +91,20 @@ TEST_F(PackPlumex, ListsItsStreamsInAManifest) {
                   "\"/>\n"
                   "  <stream role=\"events\" name=\"Events.dat\" bytes=\"10\"/>\n"
                   "</recording>\n");
+}
+
+TEST_F(PackPlumex, IsRefusedWhereAVideoIsShown) {
+    runProgram({"pack", "--screen", videoPath("mjpeg.avi"), "-o", output});
+    const std::string picture = (folder / "out.png").string();
+    const std::vector<std::vector<std::string>> commands = {
+        {"thumb"}, {"thumb", "--zoom", "0,0,8,8", "--zoom-size", "8x8"}, {"sheet", "--count", "2"}};
+    for (std::vector<std::string> arguments : commands) {
+        arguments.insert(arguments.end(), {output, "-o", picture, "--json"});
+        const ProgramRun run = runProgram(arguments);
+        EXPECT_EQ(run.exitStatus, 1);
+        EXPECT_THAT(run.errors, HasSubstr("\"" + output + "\" is a compound file"));
+        EXPECT_EQ(nlohmann::json::parse(run.output).value("reason", ""), "unsupported");
+    }
 }
 
 TEST_F(PackPlumex, PutsOtherFilesIntoTheContainersOfTheMembers) {
