@@ -95,18 +95,20 @@ void PacketWindow::append(PacketPtr packet) {
 
 std::optional<FramePlan> PacketWindow::planFor(std::int64_t target) const {
     const QueuedPacket* best = nullptr;
-    std::optional<std::int64_t> next;
-    for (const QueuedPacket& queued : packets) {
-        if (!queued.isShown)
-            continue;
-        if (queued.start > target)
-            next = std::min(next.value_or(queued.start), queued.start);
-        else if (!best || queued.start > best->start)
+    for (const QueuedPacket& queued : packets)
+        if (queued.isShown && queued.start <= target && (!best || queued.start > best->start))
             best = &queued;
-    }
     if (!best)
         return std::nullopt;
-    return FramePlan{.start = best->start, .end = next.value_or(best->end)};
+    return FramePlan{.start = best->start, .end = nextStart(target).value_or(best->end)};
+}
+
+std::optional<std::int64_t> PacketWindow::nextStart(std::int64_t target) const {
+    std::optional<std::int64_t> next;
+    for (const QueuedPacket& queued : packets)
+        if (queued.isShown && queued.start > target)
+            next = std::min(next.value_or(queued.start), queued.start);
+    return next;
 }
 
 std::optional<std::int64_t> PacketWindow::earliestStart() const {
@@ -127,6 +129,7 @@ std::optional<std::size_t> PacketWindow::keyFor(std::int64_t target) const {
 QueuedPacket PacketWindow::takeFront() {
     QueuedPacket front = std::move(packets.front());
     packets.pop_front();
+    atStart = false;
     return front;
 }
 

@@ -44,6 +44,8 @@ public:
 
     /// Of the packets in the window, what is shown at `target`; nothing when all are shown later.
     std::optional<FramePlan> planFor(std::int64_t target) const;
+    /// The start of the packet in the window that is shown next after `target`; nothing without any.
+    std::optional<std::int64_t> nextStart(std::int64_t target) const;
     /// The start of the packet in the window that is shown first; nothing without any.
     std::optional<std::int64_t> earliestStart() const;
     /// The place of the last key frame that is shown at or before `target`.

@@ -123,18 +123,17 @@ bool PlannedSearch::isPassedOver(std::int64_t target) const {
 
 std::optional<FramePlan> PlannedSearch::planFor(std::int64_t target) const {
     std::optional<FramePlan> plan = window.planFor(target);
+    std::optional<std::int64_t> next = window.nextStart(target);
     for (const Flight& flight : inFlight) {
         if (!flight.isShown)
             continue;
-        if (flight.start <= target && (!plan || flight.start > plan->start))
-            plan = {flight.start, plan && plan->end > flight.start ? plan->end : flight.end};
+        if (flight.start > target)
+            next = std::min(next.value_or(flight.start), flight.start);
+        else if (!plan || flight.start > plan->start)
+            plan = {flight.start, flight.end};
     }
-    if (plan) {
-        for (const Flight& flight : inFlight)
-            if (flight.isShown && flight.start > target)
-                plan->end = plan->end > plan->start ? std::min(plan->end, flight.start) : flight.start;
-        return plan;
-    }
+    if (plan)
+        return FramePlan{.start = plan->start, .end = next.value_or(plan->end)};
     // Before the start the first frame is shown.
     const auto earliest = window.beginsAtStart() ? window.earliestStart() : std::nullopt;
     return earliest ? window.planFor(*earliest) : std::nullopt;

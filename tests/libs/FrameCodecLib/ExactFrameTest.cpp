@@ -122,6 +122,29 @@ TEST(VariableRate, FrameIsShownUntilTheNextOneStarts) {
     }
 }
 
+TEST(VariableRate, OfFramesThatGetShorterEachIsShownUntilTheNextOneStarts) {
+    const auto decoder = openDecoder(videoPath("hastening-rate.mp4"));
+    ASSERT_TRUE(decoder);
+    const auto startOfFrame = [](int frame) { return Time(frame * (83 - frame), 100); };
+    for (int frame = 0; frame < 39; ++frame) {
+        EXPECT_EQ(numberAt(*decoder, startOfFrame(frame)), frame);
+        EXPECT_EQ(numberAt(*decoder, startOfFrame(frame + 1) - Time(1, 1'000'000)), frame);
+    }
+}
+
+TEST(VariableRate, EachFrameTellsWhenTheNextOneStarts) {
+    for (const char* name : {"variable-rate.mp4", "hastening-rate.mp4"}) {
+        const auto decoder = openDecoder(videoPath(name));
+        ASSERT_TRUE(decoder);
+        FrameTiming timing;
+        for (int frame = 0; frame < 39; ++frame) {
+            const Time asked = timing.end;
+            delete decoder->GetFrameAtTime(asked, timing, 0);
+            EXPECT_EQ(timing.start, asked) << name << ", frame " << frame;
+        }
+    }
+}
+
 TEST(EmptyEdit, DelaysTheVideoAgainstTheAudio) {
     const auto decoder = openDecoder(videoPath("empty-edit-audio.mp4"));
     ASSERT_TRUE(decoder);
