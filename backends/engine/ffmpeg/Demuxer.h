@@ -3,9 +3,8 @@
 #include "engine/ByteSource.h"
 #include "engine/EngineError.h"
 #include "engine/StreamFacts.h"
-#include "engine/ffmpeg/Deadline.h"
 #include "engine/ffmpeg/Handles.h"
-#include "engine/ffmpeg/SourceIo.h"
+#include "engine/ffmpeg/OpenContainer.h"
 
 #include <cstdint>
 #include <memory>
@@ -32,11 +31,7 @@ public:
     static Result<std::unique_ptr<Demuxer>> open(std::unique_ptr<IByteSource> source,
                                                  const std::string& name);
 
-    ~Demuxer();
-    Demuxer(const Demuxer&) = delete;
-    Demuxer& operator=(const Demuxer&) = delete;
-
-    const std::string& name() const { return sourceName; }
+    const std::string& name() const { return container->name(); }
     std::string format() const;
     TimeStamps timeStamps() const;
     std::optional<Rational> duration() const;
@@ -44,8 +39,8 @@ public:
     const AVStream& stream(int index) const;
     /// Of time 0, which is the start of the presentation.
     std::int64_t originOf(int index) const { return origins[static_cast<std::size_t>(index)]; }
-    Deadline& deadline() { return limit; }
-    bool canSeek() const { return source->canSeek(); }
+    Deadline& deadline() { return container->deadline(); }
+    bool canSeek() const { return container->source().canSeek(); }
 
     /// From here on packets of other streams are passed over.
     void selectStream(int index);
@@ -67,19 +62,16 @@ public:
     std::vector<std::int64_t> keyFrameTicks(int index) const;
 
 private:
-    Demuxer(std::unique_ptr<IByteSource> bytes, const std::string& name);
+    explicit Demuxer(std::unique_ptr<OpenContainer> opened)
+        : container(std::move(opened)) {}
 
-    Result<void> openContext();
+    AVFormatContext& context() const { return container->context(); }
+    AVStream& streamOf(int index) const;
     Result<void> completeFacts();
     bool seekToFirstPacket();
     void readFacts();
 
-    std::string sourceName;
-    std::unique_ptr<IByteSource> source;
-    Deadline limit;
-    LimitedSource limited;
-    IoContextPtr io;
-    FormatContextPtr context; ///< reads from `io` until it is closed
+    std::unique_ptr<OpenContainer> container;
     std::vector<StreamFacts> facts;
     std::vector<std::int64_t> origins;
     int selected = -1;
