@@ -87,15 +87,22 @@ void Demuxer::selectStream(int index) {
 PacketPtr Demuxer::readPacket() {
     PacketPtr packet = makePacket();
     isFresh = false;
+    int status = 0;
     while (!container->deadline().isPassed()) {
-        const int status = av_read_frame(&context(), packet.get());
-        endReached = status == AVERROR_EOF;
+        status = av_read_frame(&context(), packet.get());
         if (status < 0)
             break;
-        if (packet->stream_index == selected)
+        if (packet->stream_index == selected) {
+            stop = ReadingStop::None;
             return packet;
+        }
         av_packet_unref(packet.get());
     }
+    // Many a demuxer takes an error of the medium for the end.
+    if (context().pb->error != 0 || container->deadline().isPassed())
+        stop = ReadingStop::Interruption;
+    else
+        stop = status == AVERROR_EOF ? ReadingStop::EndOfFile : ReadingStop::Damage;
     return nullptr;
 }
 
@@ -103,6 +110,7 @@ bool Demuxer::seekBefore(int index, std::int64_t ticks) {
     if (!canSeek())
         return false;
     isFresh = false;
+    context().pb->error = 0; // of an earlier call
     return av_seek_frame(&context(), index, ticks, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
@@ -111,6 +119,7 @@ bool Demuxer::rewind() {
         return true;
     if (!canSeek())
         return false;
+    context().pb->error = 0;
     if (seekToFirstPacket())
         return true;
     // A container that can't seek is read again from its beginning.

@@ -24,6 +24,13 @@ enum class TimeStamps {
     DecodeOnly,   ///< packets are numbered in the order in which they are decoded
 };
 
+enum class ReadingStop {
+    None, ///< there was a packet
+    EndOfFile,
+    Damage,
+    Interruption, ///< an error of the medium, or the deadline: it may go on another time
+};
+
 /// Takes a container apart into packets. Ticks are counts of a stream's time base, as the file has them.
 class Demuxer {
 public:
@@ -46,8 +53,8 @@ public:
     void selectStream(int index);
     /// The next packet of the selected stream; null at the end, and where the file can't be read further.
     PacketPtr readPacket();
-    /// Whether the last packet was followed by the end of the file, and not by an error.
-    bool hasEnded() const { return endReached; }
+    /// Why the last call of `readPacket` gave none.
+    ReadingStop readingStop() const { return stop; }
 
     /// Goes to a packet before or at `ticks` from which decoding may start, as far as the container knows.
     /// False when it can't; the place is then undefined.
@@ -75,7 +82,7 @@ private:
     std::vector<StreamFacts> facts;
     std::vector<std::int64_t> origins;
     int selected = -1;
-    bool endReached = false;
+    ReadingStop stop = ReadingStop::None;
     bool isFresh = true; ///< it stands before the first packet
 };
 

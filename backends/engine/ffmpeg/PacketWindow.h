@@ -14,6 +14,7 @@ class Demuxer;
 struct FramePlan {
     std::int64_t start = 0;
     std::int64_t end = 0; ///< equals `start` when it is not known
+    bool isLast = false;
 };
 
 struct QueuedPacket {

@@ -48,7 +48,7 @@ std::optional<FoundFrame> PlannedSearch::find(std::int64_t target) {
     if (!plan)
         return std::nullopt;
     std::optional<FoundFrame> found = decode(*plan, isSequence);
-    isPlaced = found.has_value();
+    isPlaced = found && demuxer->readingStop() != ReadingStop::Interruption;
     lastShown = plan->start;
     return found;
 }
@@ -133,7 +133,10 @@ std::optional<FramePlan> PlannedSearch::planFor(std::int64_t target) const {
             plan = {flight.start, flight.end};
     }
     if (plan)
-        return FramePlan{.start = plan->start, .end = next.value_or(plan->end)};
+        return FramePlan{.start = plan->start,
+                         .end = next.value_or(plan->end),
+                         .isLast =
+                             !next && window.isAtEnd() && demuxer->readingStop() == ReadingStop::EndOfFile};
     // Before the start the first frame is shown.
     const auto earliest = window.beginsAtStart() ? window.earliestStart() : std::nullopt;
     return earliest ? window.planFor(*earliest) : std::nullopt;
@@ -148,7 +151,7 @@ std::optional<FoundFrame> PlannedSearch::decode(const FramePlan& plan, bool keep
         case DecodeStatus::Frame:
             std::erase_if(inFlight, [&](const Flight& flight) { return flight.start <= frame->pts; });
             if (frame->pts == plan.start)
-                return FoundFrame{std::move(frame), plan.start, plan.end};
+                return FoundFrame{std::move(frame), plan.start, plan.end, plan.isLast};
             if (frame->pts > plan.start)
                 return std::nullopt;
             break;
