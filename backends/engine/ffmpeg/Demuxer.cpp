@@ -132,7 +132,10 @@ bool Demuxer::rewind() {
 bool Demuxer::seekToFirstPacket() {
     const AVStream& stream = streamOf(selected);
     const AVIndexEntry* first = avformat_index_get_entry(&streamOf(selected), 0);
-    if (first && (context().iformat->flags & AVFMT_GENERIC_INDEX) == 0)
+    // Program and transport streams have an index of where seeks have led, not of their packets.
+    const bool isIndexWhole =
+        (context().iformat->flags & AVFMT_GENERIC_INDEX) == 0 && timeStamps() != TimeStamps::Sparse;
+    if (first && isIndexWhole)
         return seekBefore(selected, first->timestamp);
     if ((context().iformat->flags & AVFMT_NO_BYTE_SEEK) == 0)
         return av_seek_frame(&context(), selected, 0, AVSEEK_FLAG_BYTE) >= 0;

@@ -80,11 +80,11 @@ TEST_P(ExactFrame, IsTheFirstBeforeTheStartAndTheLastAfterTheEnd) {
 INSTANTIATE_TEST_SUITE_P(Codecs, ExactFrame,
                          testing::Values(Clip{"h264.mp4"}, Clip{"hevc.mp4"}, Clip{"mpeg4.mp4"},
                                          Clip{"mpeg4.avi"}, Clip{"packed.avi", 80}, Clip{"h264.avi"},
-                                         Clip{"mjpeg.avi"}, Clip{"mpeg2.mpg"}, Clip{"mpeg2.ts"},
-                                         Clip{"h264.ts"}, Clip{"h264.mkv"}, Clip{"h264.flv"},
-                                         Clip{"h264.h264"}, Clip{"wmv2.wmv"}, Clip{"vp9.webm"},
-                                         Clip{"av1.mp4"}, Clip{"prores.mov", 29}, Clip{"fields.ts"},
-                                         Clip{"fields.mpg"}),
+                                         Clip{"mjpeg.avi"}, Clip{"mpeg2.mpg"}, Clip{"noisy.mpg"},
+                                         Clip{"noisy.ts"}, Clip{"mpeg2.ts"}, Clip{"h264.ts"},
+                                         Clip{"h264.mkv"}, Clip{"h264.flv"}, Clip{"h264.h264"},
+                                         Clip{"wmv2.wmv"}, Clip{"vp9.webm"}, Clip{"av1.mp4"},
+                                         Clip{"prores.mov", 29}, Clip{"fields.ts"}, Clip{"fields.mpg"}),
                          nameOf);
 
 INSTANTIATE_TEST_SUITE_P(GroupsOfPictures, ExactFrame,
