@@ -28,12 +28,15 @@ void PacketWindow::restart(bool isFirstPacket) {
     lastDecodeTicks.reset();
 }
 
-bool PacketWindow::readFor(std::int64_t target, bool dropsBeforeKey) {
+bool PacketWindow::readFor(std::int64_t target, std::size_t mostBeforeKey) {
     while (trusted && !isSettledFor(target)) {
         if (!readOne())
             break;
-        if (dropsBeforeKey && packets.back().isKey && packets.back().start <= target)
-            dropFront(packets.size() - 1);
+        const std::size_t before = packets.size() - 1;
+        if (before > mostBeforeKey && packets.back().isKey && packets.back().start <= target) {
+            dropFront(before);
+            mostBeforeKey = 0;
+        }
     }
     return trusted;
 }
@@ -136,6 +139,7 @@ QueuedPacket PacketWindow::takeFront() {
 void PacketWindow::dropFront(std::size_t count) {
     packets.erase(packets.begin(), packets.begin() + static_cast<std::ptrdiff_t>(count));
     atStart = atStart && count == 0;
+    dropped += count;
 }
 
 } // namespace EngineBackend

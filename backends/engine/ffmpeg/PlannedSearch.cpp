@@ -10,6 +10,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <limits>
 
 namespace EngineBackend {
 
@@ -17,6 +18,8 @@ namespace {
 
 /// As many frames are decoded sooner than a decoder that was flushed gives its first.
 constexpr std::size_t cheapDistance = 4;
+
+constexpr std::size_t everyPacket = std::numeric_limits<std::size_t>::max();
 
 /// Without an index: how far ahead reading on costs less than searching.
 constexpr std::int64_t nearbySeconds = 3;
@@ -65,13 +68,14 @@ bool PlannedSearch::canGoForward(std::int64_t target) const {
 }
 
 bool PlannedSearch::goForward(std::int64_t target) {
-    if (!window.readFor(target, /*dropsBeforeKey=*/false))
+    const std::size_t droppedBefore = window.droppedCount();
+    if (!window.readFor(target, cheapDistance))
         return false;
     const auto key = window.keyFor(target);
-    if (key && *key > cheapDistance) {
+    if (key && *key > cheapDistance)
         window.dropFront(*key);
+    if (window.droppedCount() != droppedBefore)
         restartDecoder();
-    }
     return true;
 }
 
@@ -80,12 +84,12 @@ bool PlannedSearch::seekFor(std::int64_t target) {
     while (steps.goBack()) {
         window.restart(steps.isAtStart());
         restartDecoder();
-        if (!window.readFor(target, /*dropsBeforeKey=*/true))
+        if (!window.readFor(target, /*mostBeforeKey=*/0))
             return false;
         if (isPlaceGoodFor(target))
             return true;
         if (steps.isAtStart() && window.earliestStart())
-            return window.readFor(*window.earliestStart(), /*dropsBeforeKey=*/false);
+            return window.readFor(*window.earliestStart(), everyPacket);
         steps.cameTo(window.firstTicks());
     }
     return false;

@@ -109,7 +109,8 @@ INSTANTIATE_TEST_SUITE_P(TimeLines, ExactFrame,
                                          Clip{"with-audio.mp4"}, Clip{"with-audio.ts"}),
                          nameOf);
 
-INSTANTIATE_TEST_SUITE_P(NoIndex, ExactFrame, testing::Values(Clip{"fragmented.mp4"}, Clip{"no-cues.mkv"}),
+INSTANTIATE_TEST_SUITE_P(NoIndex, ExactFrame,
+                         testing::Values(Clip{"fragmented.mp4"}, Clip{"no-cues.mkv"}, Clip{"numbers-90.y4m"}),
                          nameOf);
 
 TEST(VariableRate, FrameIsShownUntilTheNextOneStarts) {
