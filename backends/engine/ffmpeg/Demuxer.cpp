@@ -1,6 +1,5 @@
 #include "engine/ffmpeg/Demuxer.h"
 
-#include "engine/ffmpeg/OpenContainer.h"
 #include "engine/ffmpeg/StreamFactsReader.h"
 
 #include <fmt/format.h>
@@ -26,89 +25,84 @@ constexpr auto containers =
 
 } // namespace
 
-Demuxer::Demuxer(std::unique_ptr<IByteSource> bytes, const std::string& name)
-    : sourceName(name)
-    , source(std::move(bytes))
-    , limited{*source, limit} {}
-
-Demuxer::~Demuxer() = default;
-
 Result<std::unique_ptr<Demuxer>> Demuxer::open(std::unique_ptr<IByteSource> source, const std::string& name) {
-    std::unique_ptr<Demuxer> demuxer(new Demuxer(std::move(source), name));
-    if (auto opened = demuxer->openContext(); !opened)
+    auto opened = OpenContainer::open(std::move(source), name, {.formats = containers});
+    if (!opened)
         return tl::unexpected(opened.error());
+    std::unique_ptr<Demuxer> demuxer(new Demuxer(std::move(*opened)));
     if (auto completed = demuxer->completeFacts(); !completed)
         return tl::unexpected(completed.error());
     return demuxer;
 }
 
-Result<void> Demuxer::openContext() {
-    context.reset();
-    io = makeSourceIo(limited);
-    auto opened = openContainer(*io, limit, sourceName, {.formats = containers});
-    if (!opened)
-        return tl::unexpected(opened.error());
-    context = std::move(*opened);
-    return {};
-}
-
 Result<void> Demuxer::completeFacts() {
-    if (!isHeaderComplete(*context))
+    if (!isHeaderComplete(context()))
         // A failure leaves facts that the header told; whether they are enough is for the reader to find out.
-        (void)avformat_find_stream_info(context.get(), nullptr);
-    if (limit.isPassed())
-        return failure(ErrorKind::OutOfTime, fmt::format("{}: looking into it took too long", sourceName));
+        (void)avformat_find_stream_info(&context(), nullptr);
+    if (container->deadline().isPassed())
+        return failure(ErrorKind::OutOfTime, fmt::format("{}: looking into it took too long", name()));
     readFacts();
     return {};
 }
 
 void Demuxer::readFacts() {
-    origins = findOrigins(*context);
-    for (unsigned i = 0; i < context->nb_streams; ++i) {
-        StreamFacts& read = facts.emplace_back(readStreamFacts(*context, *context->streams[i]));
+    origins = findOrigins(context());
+    for (unsigned i = 0; i < context().nb_streams; ++i) {
+        StreamFacts& read = facts.emplace_back(readStreamFacts(context(), streamOf(static_cast<int>(i))));
         read.startTime -= read.timeBase * origins[i];
     }
 }
 
 std::string Demuxer::format() const {
-    return context->iformat->name;
+    return context().iformat->name;
 }
 
 TimeStamps Demuxer::timeStamps() const {
-    const std::string_view name = context->iformat->name;
-    if ((context->iformat->flags & AVFMT_NOTIMESTAMPS) != 0 || name == "avi")
+    const std::string_view name = context().iformat->name;
+    if ((context().iformat->flags & AVFMT_NOTIMESTAMPS) != 0 || name == "avi")
         return TimeStamps::DecodeOnly;
     return name == "mpeg" || name == "mpegts" ? TimeStamps::Sparse : TimeStamps::Presentation;
 }
 
 std::optional<Rational> Demuxer::duration() const {
-    if (context->duration == AV_NOPTS_VALUE || context->duration < 0)
+    if (context().duration == AV_NOPTS_VALUE || context().duration < 0)
         return std::nullopt;
-    return Rational(context->duration, AV_TIME_BASE);
+    return Rational(context().duration, AV_TIME_BASE);
 }
 
 const AVStream& Demuxer::stream(int index) const {
-    return *context->streams[index];
+    return streamOf(index);
+}
+
+AVStream& Demuxer::streamOf(int index) const {
+    return *context().streams[index];
 }
 
 void Demuxer::selectStream(int index) {
     selected = index;
-    for (unsigned i = 0; i < context->nb_streams; ++i)
-        context->streams[i]->discard = static_cast<int>(i) == index ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    for (unsigned i = 0; i < context().nb_streams; ++i)
+        context().streams[i]->discard = static_cast<int>(i) == index ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
 }
 
 PacketPtr Demuxer::readPacket() {
     PacketPtr packet = makePacket();
     isFresh = false;
-    while (!limit.isPassed()) {
-        const int status = av_read_frame(context.get(), packet.get());
-        endReached = status == AVERROR_EOF;
+    int status = 0;
+    while (!container->deadline().isPassed()) {
+        status = av_read_frame(&context(), packet.get());
         if (status < 0)
             break;
-        if (packet->stream_index == selected)
+        if (packet->stream_index == selected) {
+            stop = ReadingStop::None;
             return packet;
+        }
         av_packet_unref(packet.get());
     }
+    // Many a demuxer takes an error of the medium for the end.
+    if (context().pb->error != 0 || container->deadline().isPassed())
+        stop = ReadingStop::Interruption;
+    else
+        stop = status == AVERROR_EOF ? ReadingStop::EndOfFile : ReadingStop::Damage;
     return nullptr;
 }
 
@@ -116,7 +110,8 @@ bool Demuxer::seekBefore(int index, std::int64_t ticks) {
     if (!canSeek())
         return false;
     isFresh = false;
-    return av_seek_frame(context.get(), index, ticks, AVSEEK_FLAG_BACKWARD) >= 0;
+    context().pb->error = 0; // of an earlier call
+    return av_seek_frame(&context(), index, ticks, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
 bool Demuxer::rewind() {
@@ -124,39 +119,40 @@ bool Demuxer::rewind() {
         return true;
     if (!canSeek())
         return false;
+    context().pb->error = 0;
     if (seekToFirstPacket())
         return true;
     // A container that can't seek is read again from its beginning.
-    if (!source->seek(0))
+    if (!container->reopen())
         return false;
-    const int stream = selected;
-    if (!openContext() || context->nb_streams <= static_cast<unsigned>(std::max(stream, 0)))
-        return false;
-    selectStream(stream);
+    selectStream(selected);
     return true;
 }
 
 bool Demuxer::seekToFirstPacket() {
-    const AVStream& stream = *context->streams[selected];
-    const AVIndexEntry* first = avformat_index_get_entry(context->streams[selected], 0);
-    if (first && (context->iformat->flags & AVFMT_GENERIC_INDEX) == 0)
+    const AVStream& stream = streamOf(selected);
+    const AVIndexEntry* first = avformat_index_get_entry(&streamOf(selected), 0);
+    // Program and transport streams have an index of where seeks have led, not of their packets.
+    const bool isIndexWhole =
+        (context().iformat->flags & AVFMT_GENERIC_INDEX) == 0 && timeStamps() != TimeStamps::Sparse;
+    if (first && isIndexWhole)
         return seekBefore(selected, first->timestamp);
-    if ((context->iformat->flags & AVFMT_NO_BYTE_SEEK) == 0)
-        return av_seek_frame(context.get(), selected, 0, AVSEEK_FLAG_BYTE) >= 0;
+    if ((context().iformat->flags & AVFMT_NO_BYTE_SEEK) == 0)
+        return av_seek_frame(&context(), selected, 0, AVSEEK_FLAG_BYTE) >= 0;
     return seekBefore(selected, stream.start_time != AV_NOPTS_VALUE ? stream.start_time : 0);
 }
 
 std::optional<std::int64_t> Demuxer::indexedKeyFrame(int index, std::int64_t ticks) const {
     const AVIndexEntry* entry =
-        avformat_index_get_entry_from_timestamp(context->streams[index], ticks, AVSEEK_FLAG_BACKWARD);
+        avformat_index_get_entry_from_timestamp(&streamOf(index), ticks, AVSEEK_FLAG_BACKWARD);
     return entry ? std::optional(entry->timestamp) : std::nullopt;
 }
 
 std::vector<std::int64_t> Demuxer::keyFrameTicks(int index) const {
     std::vector<std::int64_t> ticks;
-    const int count = avformat_index_get_entries_count(context->streams[index]);
+    const int count = avformat_index_get_entries_count(&streamOf(index));
     for (int i = 0; i < count; ++i) {
-        const AVIndexEntry* entry = avformat_index_get_entry(context->streams[index], i);
+        const AVIndexEntry* entry = avformat_index_get_entry(&streamOf(index), i);
         if (entry && (entry->flags & AVINDEX_KEYFRAME) != 0)
             ticks.push_back(entry->timestamp);
     }

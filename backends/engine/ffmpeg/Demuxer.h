@@ -3,9 +3,8 @@
 #include "engine/ByteSource.h"
 #include "engine/EngineError.h"
 #include "engine/StreamFacts.h"
-#include "engine/ffmpeg/Deadline.h"
 #include "engine/ffmpeg/Handles.h"
-#include "engine/ffmpeg/SourceIo.h"
+#include "engine/ffmpeg/OpenContainer.h"
 
 #include <cstdint>
 #include <memory>
@@ -25,6 +24,13 @@ enum class TimeStamps {
     DecodeOnly,   ///< packets are numbered in the order in which they are decoded
 };
 
+enum class ReadingStop {
+    None, ///< there was a packet
+    EndOfFile,
+    Damage,
+    Interruption, ///< an error of the medium, or the deadline: it may go on another time
+};
+
 /// Takes a container apart into packets. Ticks are counts of a stream's time base, as the file has them.
 class Demuxer {
 public:
@@ -32,11 +38,7 @@ public:
     static Result<std::unique_ptr<Demuxer>> open(std::unique_ptr<IByteSource> source,
                                                  const std::string& name);
 
-    ~Demuxer();
-    Demuxer(const Demuxer&) = delete;
-    Demuxer& operator=(const Demuxer&) = delete;
-
-    const std::string& name() const { return sourceName; }
+    const std::string& name() const { return container->name(); }
     std::string format() const;
     TimeStamps timeStamps() const;
     std::optional<Rational> duration() const;
@@ -44,15 +46,15 @@ public:
     const AVStream& stream(int index) const;
     /// Of time 0, which is the start of the presentation.
     std::int64_t originOf(int index) const { return origins[static_cast<std::size_t>(index)]; }
-    Deadline& deadline() { return limit; }
-    bool canSeek() const { return source->canSeek(); }
+    Deadline& deadline() { return container->deadline(); }
+    bool canSeek() const { return container->source().canSeek(); }
 
     /// From here on packets of other streams are passed over.
     void selectStream(int index);
     /// The next packet of the selected stream; null at the end, and where the file can't be read further.
     PacketPtr readPacket();
-    /// Whether the last packet was followed by the end of the file, and not by an error.
-    bool hasEnded() const { return endReached; }
+    /// Why the last call of `readPacket` gave none.
+    ReadingStop readingStop() const { return stop; }
 
     /// Goes to a packet before or at `ticks` from which decoding may start, as far as the container knows.
     /// False when it can't; the place is then undefined.
@@ -67,23 +69,20 @@ public:
     std::vector<std::int64_t> keyFrameTicks(int index) const;
 
 private:
-    Demuxer(std::unique_ptr<IByteSource> bytes, const std::string& name);
+    explicit Demuxer(std::unique_ptr<OpenContainer> opened)
+        : container(std::move(opened)) {}
 
-    Result<void> openContext();
+    AVFormatContext& context() const { return container->context(); }
+    AVStream& streamOf(int index) const;
     Result<void> completeFacts();
     bool seekToFirstPacket();
     void readFacts();
 
-    std::string sourceName;
-    std::unique_ptr<IByteSource> source;
-    Deadline limit;
-    LimitedSource limited;
-    IoContextPtr io;
-    FormatContextPtr context; ///< reads from `io` until it is closed
+    std::unique_ptr<OpenContainer> container;
     std::vector<StreamFacts> facts;
     std::vector<std::int64_t> origins;
     int selected = -1;
-    bool endReached = false;
+    ReadingStop stop = ReadingStop::None;
     bool isFresh = true; ///< it stands before the first packet
 };
 

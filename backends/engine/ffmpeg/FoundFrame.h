@@ -15,6 +15,7 @@ struct FoundFrame {
     SharedFrame frame;
     std::int64_t start = 0;
     std::int64_t end = 0;
+    bool isLast = false; ///< it is what is shown from its end on, too
 };
 
 /// Also where decoding may start without being an instantaneous refresh.

@@ -61,7 +61,7 @@ std::optional<FoundFrame> FrameFinder::findAttached() {
     }
     if (status != DecodeStatus::Frame)
         return std::nullopt;
-    return FoundFrame{std::move(frame), 0, 0};
+    return FoundFrame{std::move(frame), 0, 0, /*isLast=*/true};
 }
 
 } // namespace EngineBackend

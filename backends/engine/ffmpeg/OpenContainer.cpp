@@ -1,7 +1,5 @@
 #include "engine/ffmpeg/OpenContainer.h"
 
-#include "engine/ffmpeg/Deadline.h"
-
 #include <fmt/format.h>
 
 extern "C" {
@@ -50,25 +48,60 @@ std::string textOfError(int error) {
     return text;
 }
 
-Result<FormatContextPtr> openContainer(AVIOContext& io, Deadline& limit, const std::string& name,
-                                       const ContainerChoice& choice) {
+OpenContainer::OpenContainer(std::unique_ptr<IByteSource> source, const std::string& name,
+                             const ContainerChoice& chosen)
+    : sourceName(name)
+    , bytes(std::move(source))
+    , choice(chosen)
+    , limited{*bytes, limit}
+    , io(makeSourceIo(limited)) {}
+
+OpenContainer::~OpenContainer() = default;
+
+Result<std::unique_ptr<OpenContainer>> OpenContainer::open(std::unique_ptr<IByteSource> source,
+                                                           const std::string& name,
+                                                           const ContainerChoice& choice) {
+    std::unique_ptr<OpenContainer> container(new OpenContainer(std::move(source), name, choice));
+    auto read = container->readHeader(*container->io);
+    if (!read)
+        return tl::unexpected(read.error());
+    container->format = std::move(*read);
+    return container;
+}
+
+bool OpenContainer::reopen() {
+    const std::int64_t place = bytes->tell();
+    if (!bytes->seek(0))
+        return false;
+    IoContextPtr anew = makeSourceIo(limited);
+    auto read = readHeader(*anew);
+    if (!read || (*read)->nb_streams < format->nb_streams) {
+        (void)bytes->seek(place);
+        return false;
+    }
+    format = std::move(*read); // closes the old one while it still has what it reads from
+    io = std::move(anew);
+    return true;
+}
+
+Result<FormatContextPtr> OpenContainer::readHeader(AVIOContext& from) {
     OpeningOptions options(choice);
     AVFormatContext* opening = avformat_alloc_context();
     if (!opening)
         throw std::bad_alloc();
-    opening->pb = &io;
+    opening->pb = &from;
     opening->io_open = &refuseFurtherFile;
     opening->interrupt_callback = {&mustStop, &limit};
     opening->format_whitelist = av_strdup(choice.formats);
-    const int status = avformat_open_input(&opening, name.c_str(), nullptr, options.get());
+    const int status = avformat_open_input(&opening, sourceName.c_str(), nullptr, options.get());
     FormatContextPtr context(opening);
     if (status == AVERROR(ENOMEM))
-        return failure(ErrorKind::TooLarge, fmt::format("{}: not enough memory to open it", name));
+        return failure(ErrorKind::TooLarge, fmt::format("{}: not enough memory to open it", sourceName));
     if (limit.isPassed())
-        return failure(ErrorKind::OutOfTime, fmt::format("{}: opening it took too long", name));
+        return failure(ErrorKind::OutOfTime, fmt::format("{}: opening it took too long", sourceName));
     if (status < 0)
         return failure(ErrorKind::NotMedia, fmt::format("{}: a container of video or audio is expected ({})",
-                                                        name, textOfError(status)));
+                                                        sourceName, textOfError(status)));
     return context;
 }
 

@@ -80,11 +80,12 @@ std::optional<FoundFrame> OrderedSearch::walkTo(std::int64_t target) {
         current = std::move(next);
         next = nextFrame();
     }
-    isPlaced = current || (atStart && next);
+    isPlaced = (current || (atStart && next)) && demuxer->readingStop() != ReadingStop::Interruption;
     if (!current)
         return atStart ? next : std::nullopt;
     if (next)
         current->end = next->start;
+    current->isLast = !next && isEndSent && demuxer->readingStop() == ReadingStop::EndOfFile;
     return current;
 }
 

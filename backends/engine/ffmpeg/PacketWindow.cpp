@@ -28,12 +28,15 @@ void PacketWindow::restart(bool isFirstPacket) {
     lastDecodeTicks.reset();
 }
 
-bool PacketWindow::readFor(std::int64_t target, bool dropsBeforeKey) {
+bool PacketWindow::readFor(std::int64_t target, std::size_t mostBeforeKey) {
     while (trusted && !isSettledFor(target)) {
         if (!readOne())
             break;
-        if (dropsBeforeKey && packets.back().isKey && packets.back().start <= target)
-            dropFront(packets.size() - 1);
+        const std::size_t before = packets.size() - 1;
+        if (before > mostBeforeKey && packets.back().isKey && packets.back().start <= target) {
+            dropFront(before);
+            mostBeforeKey = 0;
+        }
     }
     return trusted;
 }
@@ -95,18 +98,20 @@ void PacketWindow::append(PacketPtr packet) {
 
 std::optional<FramePlan> PacketWindow::planFor(std::int64_t target) const {
     const QueuedPacket* best = nullptr;
-    std::optional<std::int64_t> next;
-    for (const QueuedPacket& queued : packets) {
-        if (!queued.isShown)
-            continue;
-        if (queued.start > target)
-            next = std::min(next.value_or(queued.start), queued.start);
-        else if (!best || queued.start > best->start)
+    for (const QueuedPacket& queued : packets)
+        if (queued.isShown && queued.start <= target && (!best || queued.start > best->start))
             best = &queued;
-    }
     if (!best)
         return std::nullopt;
-    return FramePlan{.start = best->start, .end = next.value_or(best->end)};
+    return FramePlan{.start = best->start, .end = nextStart(target).value_or(best->end)};
+}
+
+std::optional<std::int64_t> PacketWindow::nextStart(std::int64_t target) const {
+    std::optional<std::int64_t> next;
+    for (const QueuedPacket& queued : packets)
+        if (queued.isShown && queued.start > target)
+            next = std::min(next.value_or(queued.start), queued.start);
+    return next;
 }
 
 std::optional<std::int64_t> PacketWindow::earliestStart() const {
@@ -127,12 +132,14 @@ std::optional<std::size_t> PacketWindow::keyFor(std::int64_t target) const {
 QueuedPacket PacketWindow::takeFront() {
     QueuedPacket front = std::move(packets.front());
     packets.pop_front();
+    atStart = false;
     return front;
 }
 
 void PacketWindow::dropFront(std::size_t count) {
     packets.erase(packets.begin(), packets.begin() + static_cast<std::ptrdiff_t>(count));
     atStart = atStart && count == 0;
+    dropped += count;
 }
 
 } // namespace EngineBackend

@@ -2,6 +2,7 @@
 
 #include "engine/ffmpeg/Handles.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <optional>
@@ -14,6 +15,7 @@ class Demuxer;
 struct FramePlan {
     std::int64_t start = 0;
     std::int64_t end = 0; ///< equals `start` when it is not known
+    bool isLast = false;
 };
 
 struct QueuedPacket {
@@ -36,14 +38,16 @@ public:
     /// Reads until no packet that follows can be shown at or before `target` or bound the interval that
     /// covers it. False when the packets' time stamps cannot tell; the window is then of no use.
     ///
-    /// What lies before the last key frame that is shown at or before `target` is dropped when
-    /// `dropsBeforeKey`.
-    bool readFor(std::int64_t target, bool dropsBeforeKey);
+    /// What lies before the last key frame that is shown at or before `target` is dropped when that is more
+    /// than `mostBeforeKey` packets.
+    bool readFor(std::int64_t target, std::size_t mostBeforeKey);
     /// One more packet into the window. False at the end, or as `readFor`.
     bool readOne();
 
     /// Of the packets in the window, what is shown at `target`; nothing when all are shown later.
     std::optional<FramePlan> planFor(std::int64_t target) const;
+    /// The start of the packet in the window that is shown next after `target`; nothing without any.
+    std::optional<std::int64_t> nextStart(std::int64_t target) const;
     /// The start of the packet in the window that is shown first; nothing without any.
     std::optional<std::int64_t> earliestStart() const;
     /// The place of the last key frame that is shown at or before `target`.
@@ -53,6 +57,8 @@ public:
     const QueuedPacket& front() const { return packets.front(); }
     QueuedPacket takeFront();
     void dropFront(std::size_t count);
+    /// How many packets have been dropped by now.
+    std::size_t droppedCount() const { return dropped; }
 
     /// Whether it begins with the stream's first packet.
     bool beginsAtStart() const { return atStart; }
@@ -69,6 +75,7 @@ private:
 
     Demuxer* demuxer;
     std::deque<QueuedPacket> packets;
+    std::size_t dropped = 0;
     bool atStart = false;
     bool atEnd = false;
     bool trusted = true;

@@ -10,6 +10,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <limits>
 
 namespace EngineBackend {
 
@@ -17,6 +18,8 @@ namespace {
 
 /// As many frames are decoded sooner than a decoder that was flushed gives its first.
 constexpr std::size_t cheapDistance = 4;
+
+constexpr std::size_t everyPacket = std::numeric_limits<std::size_t>::max();
 
 /// Without an index: how far ahead reading on costs less than searching.
 constexpr std::int64_t nearbySeconds = 3;
@@ -48,7 +51,7 @@ std::optional<FoundFrame> PlannedSearch::find(std::int64_t target) {
     if (!plan)
         return std::nullopt;
     std::optional<FoundFrame> found = decode(*plan, isSequence);
-    isPlaced = found.has_value();
+    isPlaced = found && demuxer->readingStop() != ReadingStop::Interruption;
     lastShown = plan->start;
     return found;
 }
@@ -65,13 +68,14 @@ bool PlannedSearch::canGoForward(std::int64_t target) const {
 }
 
 bool PlannedSearch::goForward(std::int64_t target) {
-    if (!window.readFor(target, /*dropsBeforeKey=*/false))
+    const std::size_t droppedBefore = window.droppedCount();
+    if (!window.readFor(target, cheapDistance))
         return false;
     const auto key = window.keyFor(target);
-    if (key && *key > cheapDistance) {
+    if (key && *key > cheapDistance)
         window.dropFront(*key);
+    if (window.droppedCount() != droppedBefore)
         restartDecoder();
-    }
     return true;
 }
 
@@ -80,12 +84,12 @@ bool PlannedSearch::seekFor(std::int64_t target) {
     while (steps.goBack()) {
         window.restart(steps.isAtStart());
         restartDecoder();
-        if (!window.readFor(target, /*dropsBeforeKey=*/true))
+        if (!window.readFor(target, /*mostBeforeKey=*/0))
             return false;
         if (isPlaceGoodFor(target))
             return true;
         if (steps.isAtStart() && window.earliestStart())
-            return window.readFor(*window.earliestStart(), /*dropsBeforeKey=*/false);
+            return window.readFor(*window.earliestStart(), everyPacket);
         steps.cameTo(window.firstTicks());
     }
     return false;
@@ -123,18 +127,20 @@ bool PlannedSearch::isPassedOver(std::int64_t target) const {
 
 std::optional<FramePlan> PlannedSearch::planFor(std::int64_t target) const {
     std::optional<FramePlan> plan = window.planFor(target);
+    std::optional<std::int64_t> next = window.nextStart(target);
     for (const Flight& flight : inFlight) {
         if (!flight.isShown)
             continue;
-        if (flight.start <= target && (!plan || flight.start > plan->start))
-            plan = {flight.start, plan && plan->end > flight.start ? plan->end : flight.end};
+        if (flight.start > target)
+            next = std::min(next.value_or(flight.start), flight.start);
+        else if (!plan || flight.start > plan->start)
+            plan = {flight.start, flight.end};
     }
-    if (plan) {
-        for (const Flight& flight : inFlight)
-            if (flight.isShown && flight.start > target)
-                plan->end = plan->end > plan->start ? std::min(plan->end, flight.start) : flight.start;
-        return plan;
-    }
+    if (plan)
+        return FramePlan{.start = plan->start,
+                         .end = next.value_or(plan->end),
+                         .isLast =
+                             !next && window.isAtEnd() && demuxer->readingStop() == ReadingStop::EndOfFile};
     // Before the start the first frame is shown.
     const auto earliest = window.beginsAtStart() ? window.earliestStart() : std::nullopt;
     return earliest ? window.planFor(*earliest) : std::nullopt;
@@ -149,7 +155,7 @@ std::optional<FoundFrame> PlannedSearch::decode(const FramePlan& plan, bool keep
         case DecodeStatus::Frame:
             std::erase_if(inFlight, [&](const Flight& flight) { return flight.start <= frame->pts; });
             if (frame->pts == plan.start)
-                return FoundFrame{std::move(frame), plan.start, plan.end};
+                return FoundFrame{std::move(frame), plan.start, plan.end, plan.isLast};
             if (frame->pts > plan.start)
                 return std::nullopt;
             break;

@@ -73,8 +73,9 @@ Result<void> RemuxInput::advance(FrameOrder order) {
     if (!packet) {
         if (demuxer->deadline().isPassed())
             return refuse(ErrorKind::OutOfTime, "reading the next packet took too long");
-        return demuxer->hasEnded() ? Result<void>()
-                                   : refuse(ErrorKind::Damaged, "it can't be read to its end");
+        return demuxer->readingStop() == ReadingStop::EndOfFile
+                   ? Result<void>()
+                   : refuse(ErrorKind::Damaged, "it can't be read to its end");
     }
     if ((packet->flags & AV_PKT_FLAG_CORRUPT) != 0)
         return refuse(ErrorKind::Damaged, "a packet is damaged or cut off");

@@ -1,7 +1,5 @@
 #include "engine/ffmpeg/SampleTables.h"
 
-#include "engine/ffmpeg/OpenContainer.h"
-
 #include <fmt/format.h>
 
 extern "C" {
@@ -44,33 +42,20 @@ bool isTrack(const AVStream& stream) {
 
 } // namespace
 
-SampleTables::SampleTables(std::unique_ptr<IByteSource> bytes, const std::string& name)
-    : sourceName(name)
-    , source(std::move(bytes))
-    , limited{*source, limit}
-    , io(makeSourceIo(limited)) {}
-
-SampleTables::~SampleTables() = default;
-
 Result<std::unique_ptr<ISampleTables>> SampleTables::open(std::unique_ptr<IByteSource> source,
                                                           const std::string& name) {
-    std::unique_ptr<SampleTables> tables(new SampleTables(std::move(source), name));
-    if (auto opened = tables->openContext(); !opened)
+    auto opened =
+        OpenContainer::open(std::move(source), name, {.formats = mp4Family, .ignoresEditLists = true});
+    if (!opened)
         return tl::unexpected(opened.error());
+    std::unique_ptr<SampleTables> tables(new SampleTables(std::move(*opened)));
     tables->findTracks();
     return tables;
 }
 
-Result<void> SampleTables::openContext() {
-    auto opened = openContainer(*io, limit, sourceName, {.formats = mp4Family, .ignoresEditLists = true});
-    if (!opened)
-        return tl::unexpected(opened.error());
-    context = std::move(*opened);
-    return {};
-}
-
 void SampleTables::findTracks() {
-    for (AVStream* stream : std::span(context->streams, context->nb_streams)) {
+    const AVFormatContext& context = container->context();
+    for (AVStream* stream : std::span(context.streams, context.nb_streams)) {
         if (!isTrack(*stream))
             continue;
         facts.push_back(factsOf(*stream));
@@ -103,22 +88,23 @@ SampleFacts SampleTables::sampleOf(std::size_t track, std::int64_t sample) const
 }
 
 Result<void> SampleTables::readSample(std::size_t track, std::int64_t sample, std::span<std::byte> into) {
-    limit.begin();
+    container->deadline().begin();
     const SampleFacts wanted = sampleOf(track, sample);
-    const bool isWhole =
-        static_cast<std::size_t>(wanted.bytes) == into.size() && source->seek(wanted.place) && fill(into);
-    if (limit.isPassed())
-        return failure(ErrorKind::OutOfTime, fmt::format("{}: reading a sample took too long", sourceName));
+    const bool isWhole = static_cast<std::size_t>(wanted.bytes) == into.size() &&
+                         container->source().seek(wanted.place) && fill(into);
+    if (container->deadline().isPassed())
+        return failure(ErrorKind::OutOfTime,
+                       fmt::format("{}: reading a sample took too long", container->name()));
     if (!isWhole)
         return failure(ErrorKind::Damaged,
-                       fmt::format("{}: sample {} of track {}: {} bytes are expected at {}", sourceName,
-                                   sample, track, wanted.bytes, wanted.place));
+                       fmt::format("{}: sample {} of track {}: {} bytes are expected at {}",
+                                   container->name(), sample, track, wanted.bytes, wanted.place));
     return {};
 }
 
 bool SampleTables::fill(std::span<std::byte> into) {
-    while (!into.empty() && !limit.isPassed()) {
-        const std::int64_t got = source->read(into);
+    while (!into.empty() && !container->deadline().isPassed()) {
+        const std::int64_t got = container->source().read(into);
         if (got <= 0)
             return false;
         into = into.subspan(static_cast<std::size_t>(got));

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <limits>
 #include <thread>
 
 namespace EngineBackend {
@@ -30,7 +31,7 @@ int threadsFor(const VideoOptions& options) {
 }
 
 bool covers(const FoundFrame& found, std::int64_t ticks) {
-    return found.frame && found.start <= ticks && ticks < found.end;
+    return found.frame && found.start <= ticks && (ticks < found.end || found.isLast);
 }
 
 } // namespace
@@ -88,7 +89,8 @@ Result<TimedPicture> VideoReader::pictureAt(Rational time, PictureSize size) {
                                 {.start = secondsOf(found->start, facts().timeBase),
                                  .end = secondsOf(found->end, facts().timeBase),
                                  .isKeyFrame = isKeyFrame(*found->frame)}};
-    keep(ticks, *found, timed);
+    if (demuxer->readingStop() != ReadingStop::Interruption)
+        keep(ticks, *found, timed);
     return timed;
 }
 
@@ -101,7 +103,8 @@ Result<FoundFrame> VideoReader::frameAt(std::int64_t ticks) {
         return failure(ErrorKind::OutOfTime, "the frame could not be found in time");
     if (!found)
         return failure(ErrorKind::Damaged, "no frame could be decoded");
-    last = *found;
+    const bool isSure = demuxer->readingStop() != ReadingStop::Interruption;
+    last = isSure ? *found : FoundFrame();
     return *found;
 }
 
@@ -121,7 +124,9 @@ void VideoReader::keep(std::int64_t ticks, const FoundFrame& found, const TimedP
         kept.erase(kept.begin());
     }
     // All times between the frame and one beyond the stream's ends that gave it give it as well.
-    kept.push_back({std::min(ticks, found.start), std::max(ticks + 1, found.end), timed});
+    constexpr std::int64_t always = std::numeric_limits<std::int64_t>::max();
+    const std::int64_t until = found.isLast ? always : std::max(ticks + 1, found.end);
+    kept.push_back({std::min(ticks, found.start), until, timed});
 }
 
 Error VideoReader::named(Error error) const {

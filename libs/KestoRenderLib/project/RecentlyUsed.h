@@ -10,6 +10,8 @@ namespace KestoRenderLib {
 template <class Key, class Value>
 class RecentlyUsed {
 public:
+    using ValueType = Value;
+
     /// The value of `key`, made by `make()` if it is not there; then `capacity` values at most are kept. It
     /// stays until the next call.
     template <class Make>

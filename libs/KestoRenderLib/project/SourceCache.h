@@ -1,5 +1,6 @@
 #pragma once
 
+#include "KestoRenderLib/project/FileStamp.h"
 #include "KestoRenderLib/project/GifSource.h"
 #include "KestoRenderLib/project/ImageSource.h"
 #include "KestoRenderLib/project/PageSource.h"
@@ -16,7 +17,8 @@
 namespace KestoRenderLib {
 
 /// Opened files of one project's media: images and pages are shared by path, decoders belong to one media
-/// each, since media of one file show different times of it. What can't be opened is remembered as well.
+/// each, since media of one file show different times of it. What can't be opened is remembered as well. A
+/// file that has changed since is opened anew.
 class SourceCache {
 public:
     static constexpr std::size_t mostDecoders = 8;
@@ -30,12 +32,17 @@ public:
     VideoSource& video(const KestoMediaLib::Media& user, const std::string& path, int streamIndex);
 
 private:
+    template <class Source>
+    struct Stamped {
+        FileStamp stamp; ///< from before it was opened
+        std::unique_ptr<Source> source;
+    };
     using VideoKey = std::tuple<const KestoMediaLib::Media*, std::string, int>;
 
-    RecentlyUsed<std::string, std::unique_ptr<ImageSource>> images;
-    RecentlyUsed<std::pair<std::string, int>, std::unique_ptr<PageSource>> pages;
-    RecentlyUsed<std::pair<const KestoMediaLib::Media*, std::string>, std::unique_ptr<GifSource>> gifs;
-    RecentlyUsed<VideoKey, std::unique_ptr<VideoSource>> videos;
+    RecentlyUsed<std::string, Stamped<ImageSource>> images;
+    RecentlyUsed<std::pair<std::string, int>, Stamped<PageSource>> pages;
+    RecentlyUsed<std::pair<const KestoMediaLib::Media*, std::string>, Stamped<GifSource>> gifs;
+    RecentlyUsed<VideoKey, Stamped<VideoSource>> videos;
 };
 
 } // namespace KestoRenderLib

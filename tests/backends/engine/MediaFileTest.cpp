@@ -133,6 +133,95 @@ TEST(MediaFile, CannotBeReadFromASourceThatThrows) {
     EXPECT_EQ(file.error().kind, ErrorKind::NotMedia);
 }
 
+class InterruptedSource : public MemorySource {
+public:
+    InterruptedSource(std::string content, const bool& interrupted)
+        : MemorySource(std::move(content))
+        , isInterrupted(interrupted) {}
+    std::int64_t read(std::span<std::byte> into) override {
+        return isInterrupted ? -1 : MemorySource::read(into);
+    }
+
+private:
+    const bool& isInterrupted;
+};
+
+TEST(MediaFile, IsReadOnWhenItsSourceComesBack) {
+    for (const char* name : {"h264.mp4", "h264.mkv", "no-cues.mkv", "h264.ts", "mpeg4.avi", "mpeg2.mpg",
+                             "h264.flv", "h264.h264", "wmv2.wmv", "vp9.webm"}) {
+        bool isInterrupted = false;
+        const auto file =
+            openSource(std::make_unique<InterruptedSource>(readFile(videoPath(name)), isInterrupted));
+        ASSERT_TRUE(file) << name;
+        const auto reader = (*file)->readVideo((*file)->bestVideoStream(), {});
+        ASSERT_TRUE(reader) << name;
+        isInterrupted = true;
+        (void)numberAt(**reader, Rational(80, 25));
+        (void)numberAt(**reader, Rational(10, 25));
+        isInterrupted = false;
+        for (const int frame : {50, 7, 89, 0})
+            EXPECT_EQ(numberAt(**reader, Rational(2 * frame + 1, 50)), frame) << name;
+    }
+}
+
+/// Gives little at once, and no more than `bytesLeft`.
+class TricklingSource : public MemorySource {
+public:
+    TricklingSource(std::string content, const std::size_t& bytesLeft)
+        : MemorySource(std::move(content))
+        , left(bytesLeft) {}
+    std::int64_t read(std::span<std::byte> into) override {
+        return bytesRead >= left
+                   ? -1
+                   : count(MemorySource::read(into.first(std::min<std::size_t>(into.size(), 4096))));
+    }
+    void restart() { bytesRead = 0; }
+
+private:
+    std::int64_t count(std::int64_t got) {
+        bytesRead += static_cast<std::size_t>(got);
+        return got;
+    }
+
+    const std::size_t& left;
+    std::size_t bytesRead = 0;
+};
+
+TEST(MediaFile, ForgetsWhatItGaveWhileItsSourceWasAway) {
+    for (const char* name : {"uncompressed.avi", "numbers-90.y4m"})
+        for (const std::size_t kilobytes : {1, 100}) {
+            std::size_t bytesLeft = std::string::npos;
+            auto source = std::make_unique<TricklingSource>(readFile(videoPath(name)), bytesLeft);
+            TricklingSource& trickle = *source;
+            const auto file = openSource(std::move(source));
+            ASSERT_TRUE(file) << name;
+            const auto reader = (*file)->readVideo((*file)->bestVideoStream(), {});
+            ASSERT_TRUE(reader) << name;
+            EXPECT_EQ(numberAt(**reader, Rational(5, 50)), 2) << name;
+            trickle.restart();
+            bytesLeft = kilobytes * 1024;
+            (void)numberAt(**reader, Rational(41, 50));
+            bytesLeft = std::string::npos;
+            EXPECT_EQ(numberAt(**reader, Rational(43, 50)), 21) << name << " after " << kilobytes;
+            EXPECT_EQ(numberAt(**reader, Rational(41, 50)), 20) << name << " after " << kilobytes;
+        }
+}
+
+TEST(MediaFile, CanBeAskedAgainWhenItsBeginningCouldNotBeReadAgain) {
+    const std::string whole = readFile(videoPath("fragmented.mp4"));
+    const std::string withoutFrames = whole.substr(0, whole.find("moof") - 4);
+    bool isInterrupted = false;
+    const auto file = openSource(std::make_unique<InterruptedSource>(withoutFrames, isInterrupted));
+    ASSERT_TRUE(file);
+    const auto reader = (*file)->readVideo(0, {});
+    ASSERT_TRUE(reader);
+    EXPECT_EQ(numberAt(**reader, 0), std::nullopt);
+    isInterrupted = true;
+    EXPECT_EQ(numberAt(**reader, 0), std::nullopt);
+    EXPECT_EQ(numberAt(**reader, 0), std::nullopt);
+    EXPECT_EQ((*file)->format(), "mov,mp4,m4a,3gp,3g2,mj2");
+}
+
 TEST(MediaFile, TellsWhyItCannotBeOpened) {
     const TempFolder folder;
     EXPECT_EQ(errorOf((folder / "missing.mp4").string()), ErrorKind::Unreadable);

@@ -70,6 +70,19 @@ TEST(Decoder, SharesThePixelsOfATimeThatIsAskedForAgain) {
     EXPECT_NE(first->GetPixels(), between->GetPixels());
 }
 
+TEST(Decoder, SharesThePixelsOfTheLastFrameAtAllTimesBehindIt) {
+    for (const char* name : {"h264.mp4", "h264.ts", "mpeg4.avi", "one-key-frame.mp4"}) {
+        const auto decoder = openDecoder(videoPath(name));
+        ASSERT_TRUE(decoder) << name;
+        const auto first = frameAt(*decoder, 100);
+        const auto later = frameAt(*decoder, 300);
+        const auto between = frameAt(*decoder, 200);
+        ASSERT_TRUE(first->Lock() && later->Lock() && between->Lock()) << name;
+        EXPECT_EQ(first->GetPixels(), later->GetPixels()) << name;
+        EXPECT_EQ(first->GetPixels(), between->GetPixels()) << name;
+    }
+}
+
 TEST(Decoder, ReadsTheStreamThatWasAskedFor) {
     EXPECT_TRUE(openDecoder(videoPath("with-audio.mp4"), 0));
     EXPECT_FALSE(openDecoder(videoPath("with-audio.mp4"), 1)) << "audio";

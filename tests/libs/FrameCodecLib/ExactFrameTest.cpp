@@ -80,11 +80,11 @@ TEST_P(ExactFrame, IsTheFirstBeforeTheStartAndTheLastAfterTheEnd) {
 INSTANTIATE_TEST_SUITE_P(Codecs, ExactFrame,
                          testing::Values(Clip{"h264.mp4"}, Clip{"hevc.mp4"}, Clip{"mpeg4.mp4"},
                                          Clip{"mpeg4.avi"}, Clip{"packed.avi", 80}, Clip{"h264.avi"},
-                                         Clip{"mjpeg.avi"}, Clip{"mpeg2.mpg"}, Clip{"mpeg2.ts"},
-                                         Clip{"h264.ts"}, Clip{"h264.mkv"}, Clip{"h264.flv"},
-                                         Clip{"h264.h264"}, Clip{"wmv2.wmv"}, Clip{"vp9.webm"},
-                                         Clip{"av1.mp4"}, Clip{"prores.mov", 29}, Clip{"fields.ts"},
-                                         Clip{"fields.mpg"}),
+                                         Clip{"mjpeg.avi"}, Clip{"mpeg2.mpg"}, Clip{"noisy.mpg"},
+                                         Clip{"noisy.ts"}, Clip{"mpeg2.ts"}, Clip{"h264.ts"},
+                                         Clip{"h264.mkv"}, Clip{"h264.flv"}, Clip{"h264.h264"},
+                                         Clip{"wmv2.wmv"}, Clip{"vp9.webm"}, Clip{"av1.mp4"},
+                                         Clip{"prores.mov", 29}, Clip{"fields.ts"}, Clip{"fields.mpg"}),
                          nameOf);
 
 INSTANTIATE_TEST_SUITE_P(GroupsOfPictures, ExactFrame,
@@ -109,7 +109,8 @@ INSTANTIATE_TEST_SUITE_P(TimeLines, ExactFrame,
                                          Clip{"with-audio.mp4"}, Clip{"with-audio.ts"}),
                          nameOf);
 
-INSTANTIATE_TEST_SUITE_P(NoIndex, ExactFrame, testing::Values(Clip{"fragmented.mp4"}, Clip{"no-cues.mkv"}),
+INSTANTIATE_TEST_SUITE_P(NoIndex, ExactFrame,
+                         testing::Values(Clip{"fragmented.mp4"}, Clip{"no-cues.mkv"}, Clip{"numbers-90.y4m"}),
                          nameOf);
 
 TEST(VariableRate, FrameIsShownUntilTheNextOneStarts) {
@@ -119,6 +120,29 @@ TEST(VariableRate, FrameIsShownUntilTheNextOneStarts) {
     for (int frame = 39; frame >= 0; --frame) {
         EXPECT_EQ(numberAt(*decoder, startOfFrame(frame)), frame);
         EXPECT_EQ(numberAt(*decoder, startOfFrame(frame + 1) - Time(1, 1'000'000)), frame);
+    }
+}
+
+TEST(VariableRate, OfFramesThatGetShorterEachIsShownUntilTheNextOneStarts) {
+    const auto decoder = openDecoder(videoPath("hastening-rate.mp4"));
+    ASSERT_TRUE(decoder);
+    const auto startOfFrame = [](int frame) { return Time(frame * (83 - frame), 100); };
+    for (int frame = 0; frame < 39; ++frame) {
+        EXPECT_EQ(numberAt(*decoder, startOfFrame(frame)), frame);
+        EXPECT_EQ(numberAt(*decoder, startOfFrame(frame + 1) - Time(1, 1'000'000)), frame);
+    }
+}
+
+TEST(VariableRate, EachFrameTellsWhenTheNextOneStarts) {
+    for (const char* name : {"variable-rate.mp4", "hastening-rate.mp4"}) {
+        const auto decoder = openDecoder(videoPath(name));
+        ASSERT_TRUE(decoder);
+        FrameTiming timing;
+        for (int frame = 0; frame < 39; ++frame) {
+            const Time asked = timing.end;
+            delete decoder->GetFrameAtTime(asked, timing, 0);
+            EXPECT_EQ(timing.start, asked) << name << ", frame " << frame;
+        }
     }
 }
 

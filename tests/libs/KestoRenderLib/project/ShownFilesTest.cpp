@@ -293,6 +293,35 @@ TEST_F(ShownFiles, AnImageStaysShownWhenItsFileVanishes) {
     EXPECT_EQ(valueAt(composition.render(1), 1, 1), red);
 }
 
+TEST_F(ShownFiles, AnImageThatIsReplacedIsShownAnew) {
+    const auto path = folder.write("shown.png", png(2, 2, [](int, int) { return red; }));
+    Composition composition(2, 2);
+    composition.add(clipOf<ImageClip>(path, 2, 2));
+    EXPECT_EQ(lettersOf(composition.render()), "RR\nRR\n");
+    std::filesystem::rename(folder.write("new.png", png(2, 2, [](int, int) { return blue; })), path);
+    EXPECT_EQ(lettersOf(composition.render()), "BB\nBB\n");
+}
+
+TEST_F(ShownFiles, AnImageThatComesLaterIsShown) {
+    const auto path = folder / "shown.png";
+    Composition composition(2, 2);
+    composition.add(clipOf<ImageClip>(path, 2, 2));
+    EXPECT_EQ(lettersOf(composition.render()), "..\n..\n");
+    folder.write("shown.png", png(2, 2, [](int, int) { return blue; }));
+    EXPECT_EQ(lettersOf(composition.render()), "BB\nBB\n");
+}
+
+TEST_F(ShownFiles, AVideoThatIsReplacedIsShownAnew) {
+    const auto path = folder / "shown.mp4";
+    std::filesystem::copy_file(videoPath("h264.mp4"), path);
+    Composition composition(videoWidth, videoHeight);
+    composition.add(video(path.string()));
+    EXPECT_EQ(numberOf(composition.render(0)), 0);
+    std::filesystem::copy_file(videoPath("cut-front.mp4"), folder / "new.mp4");
+    std::filesystem::rename(folder / "new.mp4", path);
+    EXPECT_EQ(numberOf(composition.render(0)), 12);
+}
+
 TEST_F(ShownFiles, AnAnimatedGifPlaysByItsOwnTimes) {
     const auto path = folder.write("a.gif", gifOf(std::array{0xFF0000U, 0x00FF00U, 0x0000FFU}, 20));
     Composition composition(4, 2);
