@@ -58,7 +58,7 @@ Result<void> draw(const SvgExchange& exchange) {
     if (request.place.isKnownClear)
         clear(context.get());
     cairo_set_matrix(context.get(), &request.matrix);
-    if (const auto drawn = paintHere(context.get(), exchange.document(), request.place); !drawn)
+    if (auto drawn = paintHere(context.get(), exchange.document(), request.place); !drawn)
         return drawn;
     if (const cairo_status_t status = cairo_status(context.get()); status != CAIRO_STATUS_SUCCESS)
         return damaged(cairo_status_to_string(status));

@@ -35,8 +35,8 @@ bool endsLikeSvg(std::string_view text) {
 
 tl::unexpected<LoadError> failed(const SvgError& error) {
     switch (error.kind) {
-    case SvgError::Kind::NotInstalled:
-        return tl::unexpected(LoadError{Gdiplus::UnknownImageFormat, error.message});
+    case SvgError::Kind::NotInstalled: // nothing is wrong with the file
+        return tl::unexpected(LoadError{Gdiplus::GdiplusNotInitialized, error.message});
     case SvgError::Kind::NoMemory:
         return tooLarge(error.message);
     case SvgError::Kind::Damaged:
