@@ -4,8 +4,6 @@
 #include "KestoRenderLib/CalloutModule.h"
 #include "KestoRenderLib/project/RenderBudget.h"
 
-#include "system/Environment.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -20,14 +18,6 @@ namespace {
 constexpr double longestSide = 16384;
 constexpr double mostPixels = 64.0 * 1024 * 1024;
 constexpr double longestDrawable = 32767; // Cairo's image surfaces
-
-/// Read anew each time: what it takes is nothing beside a drawing.
-int svgTimeLimitInMs() {
-    constexpr std::int64_t usual = 10'000;
-    constexpr std::int64_t longest = 1'000'000'000;
-    return static_cast<int>(
-        std::min(SystemBackend::positiveFromEnvironment("KESTO_SVG_TIME_LIMIT_MS", usual), longest));
-}
 
 Size drawableSize(const Size& size) {
     const double width = std::max(size.width, 1);
@@ -99,7 +89,6 @@ boost::shared_ptr<MetaBitmap> CalloutDrawer::GenerateOverlay(const Size& size, c
     const bool drawn = draw(
         {.look = *look,
          .antialiased = antialiased,
-         .svgTimeLimitInMs = svgTimeLimitInMs(),
          .target = {overlay->GetPixels(), overlay->GetStride(), overlay->GetWidth(), overlay->GetHeight()}});
     return drawn ? overlay : boost::shared_ptr<MetaBitmap>();
 }

@@ -80,12 +80,12 @@ struct CalloutLook {
 struct CalloutPaint {
     const CalloutLook& look;
     bool antialiased = true;
-    int svgTimeLimitInMs = 0;
     PaintedPixels target; ///< what is there stays where the callout is transparent
 };
 
 /// The one entry point of the callout module. False, with nothing drawn or only a part, for an SVG that is
-/// none or takes too long, for a target of more than 32767 pixels in a direction, or without memory. Any thread.
+/// none or takes too long, for a target of more than 32767 pixels in a direction, or without memory. Any
+/// thread.
 using DrawCallout = bool(const CalloutPaint& paint);
 
 constexpr const char* drawCalloutName = "kestoDrawCallout";

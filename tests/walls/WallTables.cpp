@@ -61,8 +61,10 @@ std::span<const ForeignLibrary> foreignLibraries() {
         {"libexif", {"libexif/*"}, {"backends/gdiplus/properties"}},
         {"libmp4v2", {"mp4v2/*"}, {"backends/mp4v2"}},
         // An SVG is a picture to the codecs and a callout's shape to the renderer, both drawn through Cairo.
-        {"Cairo", {"cairo/*", "cairo.h"}, {"backends/gdiplus/codecs/modules", "libs/KestoRenderLib"}},
-        {"librsvg", {"librsvg/*"}, {"backends/gdiplus/codecs/modules", "libs/KestoRenderLib"}},
+        {"Cairo",
+         {"cairo/*", "cairo.h"},
+         {"backends/gdiplus/codecs/modules", "backends/svg", "libs/KestoRenderLib"}},
+        {"librsvg", {"librsvg/*"}, {"backends/svg"}},
         {"Pango", {"pango/*"}, {"libs/KestoRenderLib"}},
         {"poppler",
          {"Catalog.h", "Error.h", "ErrorCodes.h", "GfxState.h", "GlobalParams.h", "Object.h", "OutputDev.h",

@@ -3,7 +3,9 @@
 #include "KestoRenderLib/callout/BoxPainter.h"
 #include "KestoRenderLib/callout/LinePainter.h"
 #include "KestoRenderLib/callout/Shadow.h"
-#include "KestoRenderLib/callout/SvgProcess.h"
+#include "KestoRenderLib/callout/SvgReveal.h"
+
+#include "svg/Svg.h"
 
 namespace KestoRenderLib {
 
@@ -18,6 +20,14 @@ CairoOwned<cairo_t> contextOver(cairo_surface_t* surface, const CalloutPaint& pa
     return context;
 }
 
+bool paintSvg(cairo_t* context, const CalloutPaint& paint, const Area& area) {
+    const RevealedSvg svg = revealSvg(paint.look.svg, paint.look.progress, paint.antialiased);
+    return SvgBackend::paintSvg(
+               context, {.text = svg.document, .stylesheet = svg.stylesheet, .origin = paint.look.svg},
+               {area.x, area.y, area.width, area.height})
+        .has_value();
+}
+
 bool paintContent(cairo_t* context, const CalloutPaint& paint, const Area& area) {
     switch (paint.look.shape) {
     case CalloutLook::Shape::Arrow:
@@ -25,7 +35,7 @@ bool paintContent(cairo_t* context, const CalloutPaint& paint, const Area& area)
         paintLine(context, paint.look, area);
         break;
     case CalloutLook::Shape::Svg:
-        if (!paintAnySvg(context, paint, area))
+        if (!paintSvg(context, paint, area))
             return false;
         break;
     case CalloutLook::Shape::Spotlight:

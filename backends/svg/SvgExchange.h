@@ -1,14 +1,17 @@
 #pragma once
 
-#include "KestoRenderLib/callout/CairoHandles.h"
+#include "svg/CairoOwned.h"
+#include "svg/SvgTypes.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
-namespace KestoRenderLib {
+namespace SvgBackend {
 
 /// Owns a file descriptor, which is never one of the standard files and never comes into a new program by
 /// itself.
@@ -31,24 +34,23 @@ private:
     int number;
 };
 
-/// How a program of its own is to draw an SVG.
+/// What a program of its own is to do with a document.
 struct SvgRequest {
     cairo_matrix_t matrix = {};
-    Area area;
-    double progress = 1;
-    bool antialiased = true;
-    std::int32_t width = 0; ///< of the picture, in pixels
+    SvgPlace place;
+    std::int32_t width = 0; ///< of the picture, in pixels; 0 when the document is only measured
     std::int32_t height = 0;
     std::int32_t processorSeconds = 0; ///< on each processor; after them the program is ended
-    std::uint64_t documentBytes = 0;
+
+    bool isMeasured() const { return width == 0; }
 };
 
-/// Memory that two programs share: a request, the picture that comes of it, premultiplied rows without gaps,
-/// and the document.
+/// Memory that two programs share: a request, the document and its stylesheet, and what comes of them: a
+/// size, or a picture of premultiplied rows without gaps, or a message.
 class SvgExchange {
 public:
     /// None without memory.
-    static std::optional<SvgExchange> create(const SvgRequest& request, std::string_view document);
+    static std::optional<SvgExchange> create(const SvgRequest& request, const SvgDocument& document);
     /// What the other program created. None for anything else.
     static std::optional<SvgExchange> open(int descriptor);
 
@@ -57,16 +59,32 @@ public:
     ~SvgExchange();
 
     int descriptor() const { return file.get(); }
-    const SvgRequest& request() const { return *static_cast<const SvgRequest*>(memory); }
-    std::string_view document() const;
+    const SvgRequest& request() const { return header().request; }
+    SvgDocument document() const; ///< without its origin
     CairoOwned<cairo_surface_t> picture() const;
 
+    SvgSize size() const { return header().size; }
+    void setSize(SvgSize size) { header().size = size; }
+    std::string message() const;
+    void setMessage(std::string_view message); ///< a long one loses its end
+
 private:
+    struct Header {
+        SvgRequest request;
+        std::uint64_t textBytes = 0;
+        std::uint64_t stylesheetBytes = 0;
+        SvgSize size;
+        std::array<char, 1024> message = {};
+    };
+
     SvgExchange(Descriptor shared, void* mapped, std::size_t mappedBytes);
+
+    Header& header() const { return *static_cast<Header*>(memory); }
+    static std::size_t bytesOf(const Header& header);
 
     Descriptor file;
     void* memory;
     std::size_t bytes;
 };
 
-} // namespace KestoRenderLib
+} // namespace SvgBackend

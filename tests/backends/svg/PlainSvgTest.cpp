@@ -1,10 +1,10 @@
-#include "KestoRenderLib/callout/PlainSvg.h"
+#include "svg/PlainSvg.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-using KestoRenderLib::isPlainSvg;
+using SvgBackend::isPlainSvg;
 
 namespace {
 

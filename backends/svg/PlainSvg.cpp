@@ -1,11 +1,11 @@
-#include "KestoRenderLib/callout/PlainSvg.h"
+#include "svg/PlainSvg.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
 
-namespace KestoRenderLib {
+namespace SvgBackend {
 
 namespace {
 
@@ -126,4 +126,4 @@ bool isPlainSvg(std::string_view document, double pixels) {
            hasModestNumbers(text) && hasPlainElements(text);
 }
 
-} // namespace KestoRenderLib
+} // namespace SvgBackend
