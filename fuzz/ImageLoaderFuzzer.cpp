@@ -74,8 +74,9 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
 }
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    // Pictures as large as a real budget allows would only make each run slow.
-    return setenv("KESTO_PIXEL_BUDGET", "1000000", 1); // NOLINT(concurrency-mt-unsafe): before any thread
+    // Pictures as large as a real budget allows, or drawn for as long, would only make each run slow.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): before any thread
+    return setenv("KESTO_PIXEL_BUDGET", "1000000", 1) + setenv("KESTO_SVG_TIME_LIMIT_MS", "1000", 1);
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
