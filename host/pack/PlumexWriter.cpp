@@ -7,7 +7,6 @@
 
 #include <KestoThumbnailer/platform/RecordingWriter.h>
 
-
 #include <algorithm>
 #include <array>
 #include <filesystem>

@@ -27,4 +27,3 @@ TEST(Svg, WithoutTheProgramOtherDocumentsAreRefused) {
     ASSERT_FALSE(picture);
     EXPECT_EQ(picture.error().kind, SvgError::Kind::NotInstalled);
 }
-
